@@ -1,0 +1,36 @@
+#include "CUIServices.h"
+
+#include "CConsoleUIService.h"
+
+#include <mutex>
+
+namespace {
+
+std::mutex& Lock()
+{
+    static std::mutex lock;
+    return lock;
+}
+
+std::shared_ptr<CUIService>& Slot()
+{
+    static std::shared_ptr<CUIService> service;
+    return service;
+}
+
+} // namespace
+
+CUIService& CUIServices::Current()
+{
+    std::lock_guard guard(Lock());
+    auto& slot = Slot();
+    if (!slot)
+        slot = std::make_shared<CConsoleUIService>();
+    return *slot;
+}
+
+void CUIServices::Install(std::shared_ptr<CUIService> service)
+{
+    std::lock_guard guard(Lock());
+    Slot() = std::move(service);
+}

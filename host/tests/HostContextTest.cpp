@@ -1,0 +1,74 @@
+#include "HostContext.h"
+#include "NativePath.h"
+#include "TestEnvironment.h"
+
+#include <QDir>
+
+class HostContextTest : public TempHomeTest
+{
+};
+
+TEST_F(HostContextTest, DefaultsLiveUnderHome)
+{
+    const HostContext& context = HostContext::Instance();
+    EXPECT_EQ(context.SysDataPath(), Home() + "/sysdata");
+    EXPECT_EQ(context.SystemDatabase(), Home() + "/sysdata/system.db");
+    EXPECT_TRUE(context.TestCaseRoot().endsWith(QStringLiteral("脚本测试用例")));
+    EXPECT_EQ(context.DriveRoot('c'), Home() + "/drives/c");
+    EXPECT_EQ(context.DriveRoot('C'), context.DriveRoot('c'));
+    EXPECT_EQ(context.CodePage(), QByteArray("GBK"));
+    EXPECT_EQ(context.ScriptTimeBudgetMs(), 10000);
+    EXPECT_TRUE(QDir(context.TestCaseRoot()).exists());
+}
+
+TEST_F(HostContextTest, EnvironmentOverridesEachValue)
+{
+    qputenv("VELMORA_SYSTEM_DB", "/tmp/other.db");
+    qputenv("VELMORA_DRIVE_D", "/mnt/dee");
+    qputenv("VELMORA_SCRIPT_TIMEOUT_MS", "250");
+    qputenv("VELMORA_CODEPAGE", "GB18030");
+    HostContext& context = HostContext::Instance();
+    context.LoadFromEnvironment();
+    EXPECT_EQ(context.SystemDatabase(), QStringLiteral("/tmp/other.db"));
+    EXPECT_EQ(context.DriveRoot('d'), QStringLiteral("/mnt/dee"));
+    EXPECT_EQ(context.ScriptTimeBudgetMs(), 250);
+    EXPECT_EQ(context.CodePage(), QByteArray("GB18030"));
+    qunsetenv("VELMORA_SYSTEM_DB");
+    qunsetenv("VELMORA_DRIVE_D");
+    qunsetenv("VELMORA_SCRIPT_TIMEOUT_MS");
+    qunsetenv("VELMORA_CODEPAGE");
+}
+
+TEST_F(HostContextTest, BadTimeBudgetFallsBackToDefault)
+{
+    for (const char* bad : {"abc", "-5", "0", ""}) {
+        qputenv("VELMORA_SCRIPT_TIMEOUT_MS", bad);
+        HostContext::Instance().LoadFromEnvironment();
+        EXPECT_EQ(HostContext::Instance().ScriptTimeBudgetMs(), 10000) << bad;
+    }
+    qunsetenv("VELMORA_SCRIPT_TIMEOUT_MS");
+}
+
+TEST_F(HostContextTest, WindowsPathsMapToNativeOnes)
+{
+    const QString c = HostContext::Instance().DriveRoot('C');
+    struct Case
+    {
+        QString in;
+        QString out;
+    };
+    const Case cases[] = {
+        {QStringLiteral("C:\\testJSCover\\"), c + "/testJSCover/"},
+        {QStringLiteral("c:\\result.xml"), c + "/result.xml"},
+        {QStringLiteral("C:Velmora.log"), c + "/Velmora.log"},
+        {QStringLiteral("C:"), c},
+        {QStringLiteral("/data/sys\\mac.log"), QStringLiteral("/data/sys/mac.log")},
+        {QStringLiteral("relative\\脚本\\a.js"), QStringLiteral("relative/脚本/a.js")},
+        {QStringLiteral("1:\\x"), QStringLiteral("1:/x")}, // not a drive letter
+        {QString(), QString()},
+    };
+    for (const Case& t : cases)
+        EXPECT_EQ(NativePath::Map(t.in), t.out) << t.in.toStdString();
+    HostContext::Instance().SetDriveRoot('x', QStringLiteral("/xroot"));
+    EXPECT_EQ(NativePath::Map(QStringLiteral("X:\\a\\b")), QStringLiteral("/xroot/a/b"));
+}

@@ -1,0 +1,94 @@
+#include "QxMfcFun.h"
+#include "TestEnvironment.h"
+
+#include <QDir>
+
+using QxMfc::Fun;
+
+class QxMfcFunTest : public TempHomeTest
+{
+};
+
+TEST_F(QxMfcFunTest, SaveAndReadRoundTripThroughCodePage)
+{
+    const QString path = HomeFile("a.txt");
+    const QString text = QStringLiteral("var L = 1200; // 长度\r\n第二行");
+    ASSERT_TRUE(Fun::SaveFileContent(path, text));
+    EXPECT_EQ(ReadBytes(path).size(), text.size() + 5); // five Chinese characters, two bytes each
+    ASSERT_TRUE(Fun::SaveFileContent(path, QStringLiteral("L=长度")));
+    EXPECT_EQ(ReadBytes(path), QByteArray("L=\xB3\xA4\xB6\xC8")); // GBK, not UTF-8
+    ASSERT_TRUE(Fun::SaveFileContent(path, text));
+    QString back;
+    ASSERT_TRUE(Fun::File2CString(path, back));
+    EXPECT_EQ(back, text);
+}
+
+TEST_F(QxMfcFunTest, SaveReplacesAndAppendCreatesThenAppends)
+{
+    const QString path = HomeFile("log.txt");
+    ASSERT_TRUE(Fun::AppendCString2File(path, QStringLiteral("one ")));
+    ASSERT_TRUE(Fun::AppendCString2File(path, QStringLiteral("two")));
+    EXPECT_EQ(ReadBytes(path), QByteArray("one two"));
+    ASSERT_TRUE(Fun::SaveFileContent(path, QStringLiteral("new")));
+    EXPECT_EQ(ReadBytes(path), QByteArray("new"));
+}
+
+TEST_F(QxMfcFunTest, MissingFilesAndFoldersFailCleanly)
+{
+    QString text = QStringLiteral("unchanged");
+    EXPECT_FALSE(Fun::File2CString(HomeFile("missing.txt"), text));
+    EXPECT_EQ(text, QStringLiteral("unchanged"));
+    EXPECT_FALSE(Fun::SaveFileContent(HomeFile("no/such/folder/x.txt"), QStringLiteral("x")));
+    EXPECT_FALSE(Fun::AppendCString2File(HomeFile("no/such/folder/x.txt"), QStringLiteral("x")));
+    EXPECT_FALSE(Fun::CheckFile(HomeFile("missing.txt")));
+    EXPECT_FALSE(Fun::CheckFile(QString()));
+    CArray<QString> names;
+    names.Add(QStringLiteral("stale"));
+    EXPECT_FALSE(Fun::ScanFolder_HasExtendName(HomeFile("nofolder"), QStringLiteral("*.tx"), names));
+    EXPECT_TRUE(names.IsEmpty());
+}
+
+TEST_F(QxMfcFunTest, WindowsStylePathsReachTheDriveRoot)
+{
+    ASSERT_TRUE(Fun::SaveFileContent(QStringLiteral("C:\\hello.txt"), QStringLiteral("hi")));
+    EXPECT_TRUE(Fun::CheckFile(QStringLiteral("c:\\hello.txt")));
+    EXPECT_EQ(ReadBytes(HomeFile("drives/c/hello.txt")), QByteArray("hi"));
+}
+
+TEST_F(QxMfcFunTest, ScanListsOnlyTheExactExtensionInNameOrder)
+{
+    const QString folder = HomeFile("cases");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    for (const char* name : {"b.tx", "a.tx", "GlobalFun.txt", "GlobalParm.txt", "c.TX", "d.tx.bak", "用例.tx"})
+        ASSERT_TRUE(Fun::SaveFileContent(folder + "/" + QString::fromUtf8(name), QStringLiteral("x")));
+    CArray<QString> names;
+    ASSERT_TRUE(Fun::ScanFolder_HasExtendName(folder, QStringLiteral("*.tx"), names));
+    ASSERT_EQ(names.GetSize(), 3);
+    EXPECT_EQ(names[0], QStringLiteral("a.tx"));
+    EXPECT_EQ(names[1], QStringLiteral("b.tx"));
+    EXPECT_EQ(names[2], QStringLiteral("用例.tx"));
+}
+
+TEST_F(QxMfcFunTest, SplitDropsEmptyPiecesSplitCStringKeepsThem)
+{
+    struct Case
+    {
+        QString text;
+        int split;
+        int splitCString;
+    };
+    const QString sep = QStringLiteral("@@");
+    const Case cases[] = {
+        {QStringLiteral("a@@b"), 2, 2},
+        {QStringLiteral("@@a@@@@b@@"), 2, 5},
+        {QStringLiteral("abc"), 1, 1},
+        {QString(), 0, 1},
+        {QStringLiteral("@@"), 0, 2},
+    };
+    for (const Case& c : cases) {
+        CArray<QString> pieces;
+        EXPECT_EQ(Fun::Split(c.text, sep, pieces), c.split) << c.text.toStdString();
+        EXPECT_EQ(pieces.GetSize(), c.split);
+        EXPECT_EQ(Fun::SplitCString(c.text, sep, pieces), c.splitCString) << c.text.toStdString();
+    }
+}

@@ -1,0 +1,36 @@
+#include "TestEnvironment.h"
+
+#include "CUIServices.h"
+#include "HostContext.h"
+
+#include <QFile>
+
+void TempHomeTest::SetUp()
+{
+    ASSERT_TRUE(m_dir.isValid());
+    HostContext& context = HostContext::Instance();
+    context.LoadFromEnvironment();
+    context.SetHome(m_dir.path());
+    ASSERT_TRUE(context.EnsureFolders());
+    m_ui = std::make_shared<CRecordingUIService>();
+    CUIServices::Install(m_ui);
+}
+
+void TempHomeTest::TearDown()
+{
+    CUIServices::Install(nullptr);
+}
+
+QByteArray TempHomeTest::ReadBytes(const QString& nativePath)
+{
+    QFile file(nativePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return file.readAll();
+}
+
+bool TempHomeTest::WriteBytes(const QString& nativePath, const QByteArray& bytes)
+{
+    QFile file(nativePath);
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size();
+}

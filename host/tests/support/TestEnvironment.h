@@ -1,0 +1,28 @@
+#pragma once
+#include "CRecordingUIService.h"
+
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <memory>
+
+// Base fixture: every test gets its own VELMORA_HOME in a temporary folder
+// (system data, test cases and drive roots under it) and a recording UI
+// backend whose calls the test can read.
+class TempHomeTest : public ::testing::Test
+{
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    QString Home() const { return m_dir.path(); }
+    // Native path of a file under the temporary home.
+    QString HomeFile(const QString& relative) const { return m_dir.filePath(relative); }
+    static QByteArray ReadBytes(const QString& nativePath);
+    static bool WriteBytes(const QString& nativePath, const QByteArray& bytes);
+
+    CRecordingUIService& Ui() { return *m_ui; }
+
+private:
+    QTemporaryDir m_dir;
+    std::shared_ptr<CRecordingUIService> m_ui;
+};
