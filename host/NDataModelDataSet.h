@@ -71,6 +71,37 @@ public:
     // The whole table as XML text, and back. Load appends the rows of the
     // buffer to this table's fields (matched by name); a damaged buffer
     // returns false and leaves the table as it was.
+    //
+    // Layout (no XML declaration; the text is a QString, whatever carries it
+    // decides the bytes):
+    //   <DataSet version="1" table="TestCase">
+    //    <Fields>
+    //     <Field name="ParmName" type="15" width="0"/>     one per field, in column order
+    //    </Fields>
+    //    <Rows>
+    //     <Row>                                            one per row, in row order
+    //      <Cell field="ParmName">a&#13;b</Cell>           one per cell that holds a value
+    //     </Row>
+    //    </Rows>
+    //   </DataSet>
+    // Values are element text, never attributes: every CR is written as "&#13;"
+    // (a literal CR would come back as LF), LF stays literal, and whitespace,
+    // quotes, "<", "&" and Chinese come back as they were. A value that XML
+    // cannot carry at all (control characters, lone surrogates) is written
+    // with encoding="base64": the base64 of its UTF-16LE code units. A cell
+    // never set has no Cell element; an empty text has an empty one. Numbers
+    // are C-locale text: integers in decimal, doubles in their shortest exact
+    // form ("0.1", "1e+300", "nan", "inf").
+    //
+    // Load is strict: the root, version, element order and names, unique
+    // non-empty field names, known type codes, numeric width, Cell fields
+    // declared in Fields and at most one Cell per field and row, and values
+    // that parse as the target field's type; a DTD or entity reference makes
+    // the buffer damaged. Fields of the buffer that this table lacks are added
+    // to it (AddField, after the existing ones), so a plain data set loads any
+    // saved buffer whole; a field this table already has keeps its own type
+    // and the buffer's text must convert to it. The table name is taken from
+    // the buffer only when this table has none. `flags` is unused.
     bool SaveDataSetXMLBuf_NoDelete(QString& xml) const;
     bool LoadDataSetXMLBuf_NoDataBefore(const QString& xml, int flags = 0);
 
