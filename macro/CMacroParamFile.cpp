@@ -5,6 +5,7 @@
 
 #include <QDomDocument>
 #include <QFile>
+#include <QFileInfo>
 #include <QXmlStreamWriter>
 #include <climits>
 
@@ -51,8 +52,10 @@ bool CMacroParamFile::Read(const QString& path)
 {
     m_filePath = path;
     QDomDocument document;
-    QFile file(NativePath::Map(path));
-    const bool loaded = !path.isEmpty() && file.open(QIODevice::ReadOnly) && document.setContent(&file);
+    const QString native = NativePath::Map(path);
+    QFile file(native);
+    const bool loaded = !path.isEmpty() && QFileInfo(native).isFile() && file.open(QIODevice::ReadOnly)
+        && document.setContent(&file);
     m_inputs.SetSize(0);
     m_outputs.SetSize(0);
     const QDomElement root = document.documentElement();

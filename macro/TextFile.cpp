@@ -5,12 +5,15 @@
 #include "UIFunction.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 bool ReadTextFile(const QString& path, QString& text)
 {
-    QFile file(NativePath::Map(path));
+    const QString native = NativePath::Map(path);
+    QFile file(native);
     QByteArray bytes;
-    bool ok = !path.isEmpty() && file.open(QIODevice::ReadOnly);
+    // Only regular files: a device or a pipe would never end or never answer.
+    bool ok = !path.isEmpty() && QFileInfo(native).isFile() && file.open(QIODevice::ReadOnly);
     if (ok) {
         bytes = file.readAll();
         ok = file.error() == QFileDevice::NoError;

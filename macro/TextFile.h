@@ -6,8 +6,9 @@
 
 // Reads the whole file as 8-bit text in the host's code page. The text ends at
 // the first zero byte, as the terminated read buffer does. A file that cannot
-// be opened shows "不存在文件" followed by the path (empty caption, OK only)
-// and gives false with `text` left as it was.
+// be opened (or is no regular file: a folder, a device, a pipe) shows
+// "不存在文件" followed by the path (empty caption, OK only) and gives false
+// with `text` left as it was.
 bool ReadTextFile(const QString& path, QString& text);
 
 // Creates or truncates the file and writes text.length() bytes taken from the

@@ -68,7 +68,8 @@ TEST_F(CMacroParamFileFailureTest, UnloadableDocumentsClearEverythingWithoutMess
 
 TEST_F(CMacroParamFileFailureTest, MissingSettingsFileClearsEverything)
 {
-    const QString paths[] = {HomeFile("missing.xml"), QStringLiteral("Z:\\nowhere\\m.xml"), QString(), Home()};
+    const QString paths[] = {HomeFile("missing.xml"), QStringLiteral("Z:\\nowhere\\m.xml"), QString(), Home(),
+                             QStringLiteral("/dev/zero")};
     for (const QString& path : paths) {
         CMacroParamFile file;
         Fill(file);

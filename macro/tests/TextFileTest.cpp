@@ -3,6 +3,7 @@
 #include "UIFunction.h"
 
 #include <QDir>
+#include <sys/stat.h>
 
 class TextFileTest : public TempHomeTest
 {
@@ -80,7 +81,10 @@ TEST_F(TextFileTest, Utf8ReadThroughGbkIsMisreadButKept)
 
 TEST_F(TextFileTest, MissingFileShowsMessageAndKeepsText)
 {
-    const QString paths[] = {QStringLiteral("C:\\missing\\a.js"), HomeFile("none.txt"), QString(), Home()};
+    const QString fifo = HomeFile("fifo");
+    ASSERT_EQ(mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    const QString paths[] = {QStringLiteral("C:\\missing\\a.js"), HomeFile("none.txt"), QString(), Home(),
+                             QStringLiteral("/dev/zero"), fifo};
     for (const QString& path : paths) {
         Ui().Clear();
         QString text = QStringLiteral("kept");
