@@ -1,0 +1,37 @@
+#pragma once
+#include "CScriptTestReport.h"
+
+#include <QByteArray>
+#include <QString>
+#include <vector>
+
+// JUnit XML as Jenkins and GitLab read it: one <testsuite> per script, in the
+// order scripts were run, one <testcase> per case with the script as its
+// classname. A failed case carries the mismatch table or the engine error; a
+// script that could not run its cases is one failed test case.
+class CJUnitReport
+{
+public:
+    void Add(const CScriptTestReport& report, double seconds);
+
+    int Tests() const;
+    int Failures() const;
+
+    QByteArray ToXml() const;
+    // False (with a one-line reason) when the file cannot be written.
+    bool Write(const QString& path, QString& error) const;
+
+    // Test-case name used when a whole script failed before its cases ran.
+    static QString ScriptLevelCaseName();
+    // The mismatch table as plain text, one row per line.
+    static QString FormatRows(const QList<CTestCaseOutcome::Row>& rows);
+
+private:
+    struct Suite
+    {
+        QString name;
+        QList<CTestCaseOutcome> cases;
+        double seconds = 0;
+    };
+    std::vector<Suite> m_suites;
+};

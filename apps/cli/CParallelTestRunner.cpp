@@ -1,0 +1,107 @@
+#include "CParallelTestRunner.h"
+
+#include <QElapsedTimer>
+#include <atomic>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+namespace {
+
+struct Finished
+{
+    CScriptTestReport report;
+    double seconds = 0;
+};
+
+// Reports finished by the workers, waiting for their turn.
+class ReportBoard
+{
+public:
+    explicit ReportBoard(int count) : m_slots(size_t(count)) {}
+
+    void Put(int index, Finished finished)
+    {
+        {
+            std::lock_guard guard(m_lock);
+            m_slots[size_t(index)] = std::move(finished);
+        }
+        m_ready.notify_all();
+    }
+
+    Finished Take(int index)
+    {
+        std::unique_lock guard(m_lock);
+        m_ready.wait(guard, [&] { return m_slots[size_t(index)].has_value(); });
+        Finished finished = std::move(*m_slots[size_t(index)]);
+        m_slots[size_t(index)].reset();
+        return finished;
+    }
+
+private:
+    std::mutex m_lock;
+    std::condition_variable m_ready;
+    std::vector<std::optional<Finished>> m_slots;
+};
+
+Finished RunOne(CTestJavaScriptService& service, const CParallelTestRunner::Script& script)
+{
+    Finished finished;
+    QElapsedTimer timer;
+    timer.start();
+    service.RunScriptTests(script.name, script.text, &finished.report);
+    finished.seconds = double(timer.nsecsElapsed()) / 1e9;
+    return finished;
+}
+
+} // namespace
+
+int CParallelTestRunner::WorkersFor(int scripts) const
+{
+    return std::max(1, std::min(m_jobs, scripts));
+}
+
+void CParallelTestRunner::Run(const QList<Script>& scripts, const ReportSink& sink)
+{
+    if (scripts.isEmpty())
+        return;
+    if (WorkersFor(int(scripts.size())) == 1)
+        RunInline(scripts, sink);
+    else
+        RunThreaded(scripts, sink);
+}
+
+void CParallelTestRunner::RunInline(const QList<Script>& scripts, const ReportSink& sink)
+{
+    CTestJavaScriptService service;
+    for (int i = 0; i < scripts.size(); ++i) {
+        const Finished finished = RunOne(service, scripts.at(i));
+        sink(i, finished.report, finished.seconds);
+    }
+}
+
+void CParallelTestRunner::RunThreaded(const QList<Script>& scripts, const ReportSink& sink)
+{
+    const int count = int(scripts.size());
+    ReportBoard board(count);
+    std::atomic<int> next{0};
+    auto work = [&] {
+        // The service, and with it the engine context, lives and dies on this thread.
+        CTestJavaScriptService service;
+        for (int i = next.fetch_add(1); i < count; i = next.fetch_add(1))
+            board.Put(i, RunOne(service, scripts.at(i)));
+    };
+    std::vector<std::thread> workers;
+    const int workerCount = WorkersFor(count);
+    for (int w = 0; w < workerCount; ++w)
+        workers.emplace_back(work);
+    for (int i = 0; i < count; ++i) {
+        const Finished finished = board.Take(i);
+        sink(i, finished.report, finished.seconds);
+    }
+    for (std::thread& worker : workers)
+        worker.join();
+}

@@ -1,0 +1,179 @@
+#include "CTestCli.h"
+
+#include "CCliHostSetup.h"
+#include "CConsoleUIService.h"
+#include "CParallelTestRunner.h"
+#include "CProgressDlg_Control.h"
+#include "CSampleDataSeeder.h"
+#include "CUIServices.h"
+#include "HostContext.h"
+#include "NativePath.h"
+
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QThread>
+#include <cstdio>
+
+namespace {
+
+constexpr int kFailuresListed = 50;
+
+void Out(std::FILE* stream, const QString& text)
+{
+    std::fputs(text.toUtf8().constData(), stream);
+    std::fflush(stream);
+}
+
+} // namespace
+
+CTestCli::CTestCli() = default;
+CTestCli::~CTestCli() = default;
+
+int CTestCli::Run(const QStringList& args)
+{
+    const int prepared = Prepare(args);
+    if (prepared >= 0)
+        return prepared;
+    QElapsedTimer timer;
+    timer.start();
+    RunScripts();
+    const int code = Finish();
+    if (code == kSetupError)
+        return code;
+    PrintSummary(double(timer.elapsed()) / 1000.0);
+    return code;
+}
+
+// Returns an exit status when the run ends before any script runs, else -1.
+int CTestCli::Prepare(const QStringList& args)
+{
+    switch (m_options.Parse(args)) {
+    case CCliOptions::Action::Help:
+        Out(stdout, CCliOptions::HelpText());
+        return kAllPassed;
+    case CCliOptions::Action::Version:
+        Out(stdout, CCliOptions::VersionText());
+        return kAllPassed;
+    case CCliOptions::Action::Error:
+        return SetupError(m_options.Error() + QStringLiteral(" (see --help)"));
+    case CCliOptions::Action::Run:
+        break;
+    }
+    m_ui = std::make_shared<CConsoleUIService>(stderr);
+    m_ui->SetProgressVisible(!m_options.Quiet());
+    CUIServices::Install(m_ui);
+    CCliHostSetup setup;
+    if (!setup.Apply(m_options))
+        return SetupError(setup.Error());
+    CSampleDataSeeder seeder;
+    if (!setup.SystemDbNamed() && !seeder.SeedIfNeeded())
+        return SetupError(seeder.Error());
+    if (seeder.Seeded() && !m_options.Quiet())
+        Out(stderr, QStringLiteral("seeded %1 sample scripts into %2\n").arg(seeder.ScriptCount()).arg(HostContext::Instance().Home()));
+    const QString junit = m_options.JUnitFile();
+    if (!junit.isEmpty() && !QFileInfo(QFileInfo(junit).absolutePath()).isDir())
+        return SetupError(QStringLiteral("the folder of the JUnit file %1 does not exist").arg(junit));
+    if (!SelectScripts())
+        return SetupError(m_setupError);
+    m_jobs = m_options.Jobs() > 0 ? m_options.Jobs() : std::max(1, QThread::idealThreadCount());
+    m_service = std::make_unique<CTestJavaScriptService>();
+    return -1;
+}
+
+bool CTestCli::SelectScripts()
+{
+    if (!CTestJavaScriptService::ReadAllScripts(m_scripts)) {
+        m_setupError = QStringLiteral("cannot read the scripts of the system database %1")
+                           .arg(HostContext::Instance().SystemDatabase());
+        return false;
+    }
+    if (m_options.Script().isEmpty())
+        return true;
+    QList<CTestJavaScriptService::Script> chosen;
+    for (const CTestJavaScriptService::Script& script : m_scripts) {
+        if (script.name == m_options.Script())
+            chosen.append(script);
+    }
+    if (chosen.isEmpty()) {
+        m_setupError = QStringLiteral("no script named \"%1\" in the system database %2")
+                           .arg(m_options.Script(), HostContext::Instance().SystemDatabase());
+        return false;
+    }
+    m_scripts = chosen;
+    return true;
+}
+
+void CTestCli::RunScripts()
+{
+    CProgressDlg_Control progress;
+    progress.Show();
+    auto announce = [&](int index) {
+        if (index < m_scripts.size())
+            progress.SetProgressInfo(CProgressDlg_Control::CProgressInfo(
+                QStringLiteral("开始测试脚本:") + m_scripts.at(index).name, index, int(m_scripts.size())));
+    };
+    announce(0);
+    CParallelTestRunner runner(m_jobs);
+    runner.Run(m_scripts, [&](int index, const CScriptTestReport& report, double seconds) {
+        m_service->AppendReport(report);
+        if (!m_options.JUnitFile().isEmpty())
+            m_junit.Add(report, seconds);
+        Collect(index, report);
+        announce(index + 1);
+    });
+    progress.Close();
+}
+
+void CTestCli::Collect(int, const CScriptTestReport& report)
+{
+    for (const CTestCaseOutcome& outcome : report.outcomes) {
+        if (outcome.passed) {
+            ++m_passed;
+            continue;
+        }
+        ++m_failed;
+        if (m_failures.size() < kFailuresListed) {
+            const QString where = outcome.caseName.isEmpty() ? outcome.script : outcome.script + QStringLiteral(" / ") + outcome.caseName;
+            m_failures.append(QStringLiteral("FAILED %1: %2").arg(where, outcome.message.simplified()));
+        }
+    }
+}
+
+int CTestCli::Finish()
+{
+    m_service->FinishRun(m_failed > 0);
+    if (m_service->ResultFileWriteFailed())
+        return SetupError(QStringLiteral("cannot write the result file %1").arg(NativePath::Map(m_service->GetResultFileName())));
+    if (!m_options.JUnitFile().isEmpty()) {
+        QString error;
+        if (!m_junit.Write(m_options.JUnitFile(), error))
+            return SetupError(error);
+    }
+    return m_failed > 0 ? kSomeFailed : kAllPassed;
+}
+
+void CTestCli::PrintSummary(double seconds) const
+{
+    QString text;
+    for (const QString& line : m_failures)
+        text += line + QLatin1Char('\n');
+    if (m_failed > m_failures.size())
+        text += QStringLiteral("... and %1 more failures\n").arg(m_failed - m_failures.size());
+    const int cases = m_passed + m_failed;
+    text += QStringLiteral("velmora-test: %1 scripts, %2 cases, %3 jobs, %4 s\n")
+                .arg(m_scripts.size()).arg(cases).arg(CParallelTestRunner(m_jobs).WorkersFor(int(m_scripts.size())))
+                .arg(seconds, 0, 'f', 2);
+    text += QStringLiteral("%1 passed, %2 failed\n").arg(m_passed).arg(m_failed);
+    const QString resultFile = NativePath::Map(m_service->GetResultFileName());
+    text += QFileInfo::exists(resultFile) ? QStringLiteral("result file: %1\n").arg(resultFile)
+                                          : QStringLiteral("result file: none (no script to test)\n");
+    if (!m_options.JUnitFile().isEmpty())
+        text += QStringLiteral("junit file: %1\n").arg(QFileInfo(m_options.JUnitFile()).absoluteFilePath());
+    Out(stdout, text);
+}
+
+int CTestCli::SetupError(const QString& reason) const
+{
+    Out(stderr, QStringLiteral("velmora-test: %1\n").arg(reason));
+    return kSetupError;
+}

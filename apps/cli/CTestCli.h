@@ -1,0 +1,46 @@
+#pragma once
+#include "CCliOptions.h"
+#include "CJUnitReport.h"
+#include "CTestJavaScriptService.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <memory>
+
+class CConsoleUIService;
+
+// velmora-test from the command line to the exit status: sets up the host
+// context, seeds a fresh home with the sample scripts, runs the chosen
+// scripts' cases on worker threads, appends their lines to one result file in
+// script order, and prints the summary.
+class CTestCli
+{
+public:
+    enum ExitCode { kAllPassed = 0, kSomeFailed = 1, kSetupError = 2 };
+
+    CTestCli();
+    ~CTestCli();
+
+    int Run(const QStringList& args);
+
+private:
+    int Prepare(const QStringList& args);
+    bool SelectScripts();
+    void RunScripts();
+    void Collect(int index, const CScriptTestReport& report);
+    int Finish();
+    void PrintSummary(double seconds) const;
+    int SetupError(const QString& reason) const;
+
+    CCliOptions m_options;
+    std::shared_ptr<CConsoleUIService> m_ui;
+    std::unique_ptr<CTestJavaScriptService> m_service;
+    QList<CTestJavaScriptService::Script> m_scripts;
+    CJUnitReport m_junit;
+    QStringList m_failures;
+    int m_passed = 0;
+    int m_failed = 0;
+    int m_jobs = 1;
+    QString m_setupError;
+};
