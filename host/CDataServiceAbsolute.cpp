@@ -1,0 +1,3 @@
+#include "CDataServiceAbsolute.h"
+
+CDataServiceAbsolute::~CDataServiceAbsolute() = default;
