@@ -1,0 +1,99 @@
+#include "CJsEngine.h"
+
+#include "CJsWatchdog.h"
+
+#include <js/BuildId.h>
+#include <js/ContextOptions.h>
+#include <js/Initialization.h>
+#include <jsapi.h>
+
+#include <cstring>
+
+namespace
+{
+// Set by the writer callback of the first context; it has no user data
+// pointer, so the cache it fills is reached through the instance.
+std::vector<std::uint8_t>* g_cacheBeingWritten = nullptr;
+
+// The self-hosted cache never leaves the process, so one fixed id does.
+bool BuildId(JS::BuildIdCharVector* id)
+{
+    static const char kId[] = "velmora-mozjs-102";
+    return id->append(kId, sizeof(kId) - 1);
+}
+
+bool WriteSelfHostedCache(JSContext*, JS::SelfHostedCache cache)
+{
+    if (g_cacheBeingWritten)
+        g_cacheBeingWritten->assign(cache.begin(), cache.end());
+    return true;
+}
+} // namespace
+
+CJsEngine& CJsEngine::Instance()
+{
+    // Made on first use and destroyed at exit; thread-local contexts of the
+    // main thread are gone by then (they are destroyed before statics).
+    static CJsEngine engine;
+    return engine;
+}
+
+CJsEngine::CJsEngine()
+{
+    JS::SetProcessBuildIdOp(BuildId);
+    m_initialized = JS_Init();
+    m_watchdog = new CJsWatchdog;
+}
+
+CJsEngine::~CJsEngine()
+{
+    delete m_watchdog;
+    m_watchdog = nullptr;
+    std::lock_guard<std::mutex> guard(m_lock);
+    // A thread still holding a context at exit keeps the engine up; the
+    // process ends anyway and shutting down under it would be worse.
+    if (m_initialized && m_liveContexts == 0)
+        JS_ShutDown();
+    m_initialized = false;
+}
+
+JSContext* CJsEngine::CreateContext(std::uint32_t heapLimitBytes)
+{
+    std::lock_guard<std::mutex> guard(m_lock);
+    if (!m_initialized)
+        return nullptr;
+    JSContext* cx = JS_NewContext(heapLimitBytes);
+    if (!cx)
+        return nullptr;
+    // Standard JavaScript only: no WebAssembly or asm.js machinery.
+    JS::ContextOptionsRef(cx).setWasm(false).setAsmJS(false);
+    if (!InitSelfHosted(cx))
+    {
+        JS_DestroyContext(cx);
+        return nullptr;
+    }
+    ++m_liveContexts;
+    return cx;
+}
+
+bool CJsEngine::InitSelfHosted(JSContext* cx)
+{
+    if (!m_selfHostedCache.empty())
+        return JS::InitSelfHostedCode(cx, JS::SelfHostedCache(m_selfHostedCache.data(), m_selfHostedCache.size()));
+    std::vector<std::uint8_t> cache;
+    g_cacheBeingWritten = &cache;
+    const bool ok = JS::InitSelfHostedCode(cx, nullptr, WriteSelfHostedCache);
+    g_cacheBeingWritten = nullptr;
+    if (ok)
+        m_selfHostedCache = std::move(cache);
+    return ok;
+}
+
+void CJsEngine::DestroyContext(JSContext* cx)
+{
+    if (!cx)
+        return;
+    std::lock_guard<std::mutex> guard(m_lock);
+    JS_DestroyContext(cx);
+    --m_liveContexts;
+}

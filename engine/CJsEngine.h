@@ -1,0 +1,43 @@
+#pragma once
+#include <cstddef>
+#include <cstdint>
+#include <mutex>
+#include <vector>
+
+struct JSContext;
+class CJsWatchdog;
+
+// SpiderMonkey itself: initialised once per process on first use and shut down
+// at exit, after the last thread's context is gone. Contexts are made one at a
+// time (the engine wants the first one made while nobody else touches it),
+// and every context after the first decodes the self-hosted code from a cache
+// the first one wrote, which saves most of the start-up cost per thread.
+class CJsEngine
+{
+public:
+    static CJsEngine& Instance();
+
+    // A new context for the calling thread with the engine's standard
+    // settings, or null if the engine could not give one. Destroy it with
+    // DestroyContext on the same thread.
+    JSContext* CreateContext(std::uint32_t heapLimitBytes);
+    void DestroyContext(JSContext* cx);
+
+    CJsWatchdog& Watchdog() { return *m_watchdog; }
+    bool IsUsable() const { return m_initialized; }
+
+    CJsEngine(const CJsEngine&) = delete;
+    CJsEngine& operator=(const CJsEngine&) = delete;
+
+private:
+    CJsEngine();
+    ~CJsEngine();
+
+    bool InitSelfHosted(JSContext* cx);
+
+    bool m_initialized = false;
+    std::mutex m_lock;
+    int m_liveContexts = 0;
+    std::vector<std::uint8_t> m_selfHostedCache;
+    CJsWatchdog* m_watchdog = nullptr;
+};

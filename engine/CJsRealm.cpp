@@ -1,0 +1,302 @@
+#include "CJsRealm.h"
+
+#include "CJsText.h"
+#include "HostContext.h"
+
+#include <js/CallAndConstruct.h>
+#include <js/CompilationAndEvaluation.h>
+#include <js/ErrorReport.h>
+#include <js/Exception.h>
+#include <js/PropertyAndElement.h>
+#include <js/PropertyDescriptor.h>
+#include <js/SourceText.h>
+#include <js/String.h>
+#include <jsapi.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace
+{
+constexpr char kFilePrefix[] = "velmora-script-";
+
+// Ends a run of the realm's runtime when it goes out of scope.
+class RunScope
+{
+public:
+    explicit RunScope(CJsRuntime& runtime) : m_runtime(runtime) { m_runtime.BeginRun(); }
+    ~RunScope() { m_runtime.EndRun(); }
+    RunScope(const RunScope&) = delete;
+    RunScope& operator=(const RunScope&) = delete;
+
+private:
+    CJsRuntime& m_runtime;
+};
+
+// "velmora-script-7" names text 7; code made by eval or Function inside it is
+// named "velmora-script-7 line 3 > eval", and then line 3 is where it came from.
+bool ParseFileName(const char* file, std::size_t& text, int& callerLine)
+{
+    if (!file || std::strncmp(file, kFilePrefix, sizeof(kFilePrefix) - 1) != 0)
+        return false;
+    char* rest = nullptr;
+    text = std::strtoull(file + sizeof(kFilePrefix) - 1, &rest, 10);
+    callerLine = 0;
+    if (rest && std::strncmp(rest, " line ", 6) == 0)
+        callerLine = static_cast<int>(std::strtol(rest + 6, nullptr, 10));
+    return true;
+}
+// The engine reports running out of memory as the bare string "out of
+// memory" with no stack; a script throwing that string has one.
+bool IsEngineOutOfMemory(JSContext* cx, const JS::ExceptionStack& exception)
+{
+    if (exception.stack() || !exception.exception().isString())
+        return false;
+    bool match = false;
+    return JS_StringEqualsLiteral(cx, exception.exception().toString(), "out of memory", &match) && match;
+}
+
+QString OutOfMemoryText(const CJsRuntime& runtime)
+{
+    return QStringLiteral("脚本内存不足(堆上限%1 MB)").arg(runtime.HeapLimitBytes() / (1024u * 1024u));
+}
+} // namespace
+
+CJsRealm::~CJsRealm()
+{
+    Unbind();
+}
+
+void CJsRealm::Reset()
+{
+    if (m_global)
+    {
+        CJsRuntime* runtime = CJsRuntime::CurrentIfAny();
+        if (runtime && m_runtime.load() == runtime)
+            m_global.reset();
+        else
+            Unbind();
+    }
+    m_firstText += m_texts.size();
+    m_texts.clear();
+}
+
+CJsRuntime* CJsRealm::Bind()
+{
+    CJsRuntime* runtime = CJsRuntime::Current();
+    if (!runtime)
+        return nullptr;
+    runtime->DrainGraveyard();
+    if (m_runtime.load() == runtime)
+        return runtime;
+    Unbind();
+    m_link = runtime->GetLink();
+    std::lock_guard<std::mutex> guard(m_link->lock);
+    m_link->realms.push_back(this);
+    m_runtime.store(runtime);
+    return runtime;
+}
+
+void CJsRealm::Unbind()
+{
+    if (!m_link)
+        return;
+    {
+        std::lock_guard<std::mutex> guard(m_link->lock);
+        if (m_link->runtime)
+        {
+            auto& realms = m_link->realms;
+            realms.erase(std::remove(realms.begin(), realms.end(), this), realms.end());
+            if (m_global && m_link->runtime != CJsRuntime::CurrentIfAny())
+            {
+                // Not our thread's engine: its own thread drops the global.
+                m_link->graveyard.push_back(std::move(m_global));
+                m_link->graveyardFilled.store(true, std::memory_order_release);
+            }
+            m_global.reset();
+        }
+    }
+    m_link.reset();
+    m_runtime.store(nullptr);
+}
+
+void CJsRealm::OnRuntimeGone()
+{
+    m_global.reset();
+    m_runtime.store(nullptr);
+}
+
+JSObject* CJsRealm::Global(CJsRuntime& runtime)
+{
+    if (!m_global)
+    {
+        JSContext* cx = runtime.Context();
+        JS::RootedObject global(cx, runtime.NewGlobal());
+        if (!global)
+            return nullptr;
+        m_global = std::make_unique<JS::PersistentRooted<JSObject*>>(cx, global);
+    }
+    return m_global->get();
+}
+
+std::string CJsRealm::AddText(const QString& text)
+{
+    if (m_texts.size() >= kMaxTexts)
+    {
+        m_texts.pop_front();
+        ++m_firstText;
+    }
+    m_texts.push_back(text);
+    return kFilePrefix + std::to_string(m_firstText + m_texts.size() - 1);
+}
+
+bool CJsRealm::Run(const QString& text, QVariant* value)
+{
+    CJsRuntime* runtime = Bind();
+    if (!runtime)
+        return false;
+    JSContext* cx = runtime->Context();
+    JS::RootedObject global(cx, Global(*runtime));
+    if (!global)
+    {
+        CaptureError(*runtime);
+        return false;
+    }
+    JSAutoRealm entered(cx, global);
+    const std::string file = AddText(text);
+    JS::CompileOptions options(cx);
+    options.setFileAndLine(file.c_str(), 1).setNoScriptRval(value == nullptr);
+    JS::SourceText<char16_t> source;
+    JS::RootedValue result(cx);
+    RunScope run(*runtime);
+    bool ok = source.init(cx, reinterpret_cast<const char16_t*>(text.utf16()),
+                          static_cast<std::size_t>(text.size()), JS::SourceOwnership::Borrowed)
+           && JS::Evaluate(cx, options, source, &result);
+    if (ok && value)
+        ok = CJsText::ValueToVariant(cx, result, *value);
+    if (!ok)
+        CaptureError(*runtime);
+    return ok;
+}
+
+bool CJsRealm::Call(const QString& name, const QVariantList& args, QVariant& result)
+{
+    CJsRuntime* runtime = Bind();
+    if (!runtime)
+        return false;
+    JSContext* cx = runtime->Context();
+    JS::RootedObject global(cx, Global(*runtime));
+    if (!global)
+        return false;
+    JSAutoRealm entered(cx, global);
+    RunScope run(*runtime);
+    JS::RootedValueVector argv(cx);
+    JS::RootedValue arg(cx), function(cx), returned(cx);
+    bool ok = true;
+    for (const QVariant& value : args)
+        ok = ok && CJsText::VariantToValue(cx, value, &arg) && argv.append(arg);
+    ok = ok && JS_GetUCProperty(cx, global, reinterpret_cast<const char16_t*>(name.utf16()),
+                                static_cast<std::size_t>(name.size()), &function);
+    JS::RootedValue self(cx, JS::ObjectValue(*global));
+    ok = ok && JS::Call(cx, self, function, argv, &returned)
+         && CJsText::ValueToVariant(cx, returned, result);
+    if (!ok)
+        CaptureError(*runtime);
+    return ok;
+}
+
+QStringList CJsRealm::FunctionNames()
+{
+    QStringList names;
+    CJsRuntime* runtime = Bind();
+    if (!runtime || !m_global)
+        return names;
+    JSContext* cx = runtime->Context();
+    JS::RootedObject global(cx, m_global->get());
+    JSAutoRealm entered(cx, global);
+    JS::Rooted<JS::IdVector> ids(cx, JS::IdVector(cx));
+    if (!JS_Enumerate(cx, global, &ids))
+    {
+        JS_ClearPendingException(cx);
+        return names;
+    }
+    JS::Rooted<mozilla::Maybe<JS::PropertyDescriptor>> desc(cx);
+    QString name;
+    for (std::size_t i = 0; i < ids.length(); ++i)
+    {
+        // Data properties only: reading an accessor would run script code.
+        if (!ids[i].isString() || !JS_GetOwnPropertyDescriptorById(cx, global, ids[i], &desc))
+            continue;
+        if (desc.isNothing() || !desc->isDataDescriptor() || !desc->value().isObject())
+            continue;
+        if (JS_ObjectIsFunction(&desc->value().toObject())
+            && CJsText::ToQString(cx, ids[i].toString(), name))
+            names.append(name);
+    }
+    JS_ClearPendingException(cx);
+    return names;
+}
+
+void CJsRealm::CaptureError(CJsRuntime& runtime)
+{
+    JSContext* cx = runtime.Context();
+    if (!JS_IsExceptionPending(cx))
+    {
+        CaptureStop(runtime);
+        return;
+    }
+    JS::ExceptionStack exception(cx);
+    const bool stolen = JS::StealPendingExceptionStack(cx, &exception);
+    if (stolen && IsEngineOutOfMemory(cx, exception))
+    {
+        JS_ClearPendingException(cx);
+        m_error = CJsErrorInfo(OutOfMemoryText(runtime), 0, QString());
+        return;
+    }
+    JS::ErrorReportBuilder report(cx);
+    if (!stolen || !report.init(cx, exception, JS::ErrorReportBuilder::NoSideEffects) || !report.report())
+    {
+        JS_ClearPendingException(cx);
+        m_error = CJsErrorInfo(QStringLiteral("未知的脚本错误"), 0, QString());
+        return;
+    }
+    const JSErrorReport* details = report.report();
+    int line = static_cast<int>(details->lineno);
+    const QString source = SourceLineFor(details->filename, line);
+    const char* message = details->message().c_str();
+    m_error = CJsErrorInfo(QString::fromUtf8(message ? message : ""), line, source);
+    JS_ClearPendingException(cx);
+}
+
+// A run the engine ended without an exception: the watchdog's time budget
+// or the memory check stopped it.
+void CJsRealm::CaptureStop(CJsRuntime& runtime)
+{
+    if (runtime.LastRunTimedOut())
+    {
+        int line = static_cast<int>(runtime.StopLine());
+        const QString source = SourceLineFor(runtime.StopFile().c_str(), line);
+        m_error = CJsErrorInfo(QStringLiteral("脚本运行超时(超过%1毫秒)").arg(runtime.LastRunBudgetMs()), line, source);
+    }
+    else if (runtime.LastRunOutOfMemory())
+    {
+        int line = static_cast<int>(runtime.StopLine());
+        const QString source = SourceLineFor(runtime.StopFile().c_str(), line);
+        m_error = CJsErrorInfo(OutOfMemoryText(runtime), line, source);
+    }
+    else
+        m_error = CJsErrorInfo(QStringLiteral("脚本被引擎终止"), 0, QString());
+}
+
+QString CJsRealm::SourceLineFor(const char* file, int& line) const
+{
+    std::size_t text = 0;
+    int callerLine = 0;
+    if (!ParseFileName(file, text, callerLine))
+        return QString();
+    if (callerLine > 0)
+        line = callerLine;
+    if (text < m_firstText || text - m_firstText >= m_texts.size())
+        return QString();
+    return CJsText::LineOf(m_texts[text - m_firstText], line);
+}

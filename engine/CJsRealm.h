@@ -1,0 +1,68 @@
+#pragma once
+#include "CJsErrorInfo.h"
+#include "CJsRuntime.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVariantList>
+
+#include <atomic>
+#include <deque>
+#include <memory>
+#include <string>
+
+// One global scope of the engine (a realm of its own) with everything a host
+// needs of it: run a text in it, evaluate an expression, call a global
+// function, list the global functions, and the last error with its line and
+// source text. Every run is timed against the host's budget.
+//
+// The scope is made on first use on the calling thread. Used from another
+// thread later, it starts over with a fresh scope there (engine objects
+// cannot move between threads). Reset drops it; the next use makes a new one.
+class CJsRealm
+{
+public:
+    CJsRealm() = default;
+    ~CJsRealm();
+
+    void Reset();
+
+    // Runs `text` in the global scope. With `value`, the completion value is
+    // given back (empty variant for undefined, String(value) otherwise).
+    bool Run(const QString& text, QVariant* value);
+    bool Call(const QString& name, const QVariantList& args, QVariant& result);
+    // Own enumerable data properties of the global that hold functions: the
+    // functions that code run in this scope declared.
+    QStringList FunctionNames();
+
+    const CJsErrorInfo& LastError() const { return m_error; }
+    void ClearError() { m_error = CJsErrorInfo(); }
+
+    // Called by the owning runtime, under its link's lock, when its thread
+    // ends: drop the global there and forget the runtime.
+    void OnRuntimeGone();
+
+    CJsRealm(const CJsRealm&) = delete;
+    CJsRealm& operator=(const CJsRealm&) = delete;
+
+    // Texts kept for finding the source line of an error; older ones are
+    // dropped in a scope that is never reset.
+    static constexpr std::size_t kMaxTexts = 4096;
+
+private:
+    CJsRuntime* Bind();
+    void Unbind();
+    JSObject* Global(CJsRuntime& runtime);
+    std::string AddText(const QString& text);
+    void CaptureError(CJsRuntime& runtime);
+    void CaptureStop(CJsRuntime& runtime);
+    QString SourceLineFor(const char* file, int& line) const;
+
+    std::shared_ptr<CJsRuntime::Link> m_link;
+    std::atomic<CJsRuntime*> m_runtime{nullptr};
+    CJsRuntime::RootedGlobal m_global;
+    std::deque<QString> m_texts;
+    std::size_t m_firstText = 0; // number of the text at the deque's front
+    CJsErrorInfo m_error;
+};

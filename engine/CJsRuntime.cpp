@@ -1,0 +1,183 @@
+#include "CJsRuntime.h"
+
+#include "CJsEngine.h"
+#include "CJsRealm.h"
+#include "HostContext.h"
+
+#include <js/GCAPI.h>
+#include <js/GlobalObject.h>
+#include <js/Interrupt.h>
+#include <js/RealmOptions.h>
+#include <js/Stack.h>
+#include <jsapi.h>
+
+#include <pthread.h>
+
+#include <algorithm>
+
+namespace
+{
+const JSClass kGlobalClass = {"global", JSCLASS_GLOBAL_FLAGS, &JS::DefaultGlobalClassOps, nullptr, nullptr, nullptr};
+
+thread_local std::unique_ptr<CJsRuntime> t_runtime;
+thread_local bool t_unavailable = false;
+
+// The engine stops a script that recurses too deep once it has used this much
+// of the thread's stack, measured from the stack's base. What is left stays
+// for the host code and the native code the engine runs past its checks.
+std::size_t NativeStackQuota()
+{
+    constexpr std::size_t kMiB = 1024 * 1024;
+    std::size_t size = 0;
+    pthread_attr_t attr;
+    if (pthread_getattr_np(pthread_self(), &attr) == 0)
+    {
+        pthread_attr_getstacksize(&attr, &size);
+        pthread_attr_destroy(&attr);
+    }
+    if (size == 0)
+        size = kMiB;
+    const std::size_t quota = size > 4 * kMiB ? size - 2 * kMiB : size / 2;
+    return std::min<std::size_t>(quota, 16 * kMiB);
+}
+
+JSObject* NewGlobalObject(JSContext* cx, JSObject* zoneOf)
+{
+    JS::RealmOptions options;
+    if (zoneOf)
+        options.creationOptions().setNewCompartmentInExistingZone(zoneOf);
+    else
+        options.creationOptions().setNewCompartmentAndZone();
+    return JS_NewGlobalObject(cx, &kGlobalClass, nullptr, JS::FireOnNewGlobalHook, options);
+}
+} // namespace
+
+CJsRuntime* CJsRuntime::Current()
+{
+    if (!t_runtime && !t_unavailable)
+    {
+        t_runtime = Create();
+        t_unavailable = !t_runtime;
+    }
+    return t_runtime.get();
+}
+
+CJsRuntime* CJsRuntime::CurrentIfAny()
+{
+    return t_runtime.get();
+}
+
+std::unique_ptr<CJsRuntime> CJsRuntime::Create()
+{
+    JSContext* cx = CJsEngine::Instance().CreateContext(kDefaultHeapLimitBytes);
+    if (!cx)
+        return nullptr;
+    JS_SetNativeStackQuota(cx, NativeStackQuota());
+    std::unique_ptr<CJsRuntime> runtime(new CJsRuntime(cx));
+    JSObject* anchor = NewGlobalObject(cx, nullptr);
+    if (!anchor)
+        return nullptr;
+    runtime->m_zoneAnchor = std::make_unique<JS::PersistentRooted<JSObject*>>(cx, anchor);
+    return runtime;
+}
+
+CJsRuntime::CJsRuntime(JSContext* cx)
+    : m_cx(cx), m_link(std::make_shared<Link>())
+{
+    m_link->runtime = this;
+    JS_SetContextPrivate(cx, this);
+    JS_AddInterruptCallback(cx, &CJsRuntime::OnInterrupt);
+    m_slot.growthAllowanceKb.store(static_cast<long>(m_heapLimit / 1024u) * kRunGrowthInHeapLimits);
+    m_slot.cx = cx;
+    CJsEngine::Instance().Watchdog().Register(&m_slot);
+}
+
+CJsRuntime::~CJsRuntime()
+{
+    DetachAll();
+    m_zoneAnchor.reset();
+    CJsEngine::Instance().Watchdog().Unregister(&m_slot);
+    CJsEngine::Instance().DestroyContext(m_cx);
+}
+
+void CJsRuntime::DetachAll()
+{
+    std::lock_guard<std::mutex> guard(m_link->lock);
+    for (CJsRealm* realm : m_link->realms)
+        realm->OnRuntimeGone();
+    m_link->realms.clear();
+    m_link->graveyard.clear();
+    m_link->runtime = nullptr;
+}
+
+JSObject* CJsRuntime::NewGlobal()
+{
+    if (++m_globalsSinceCollection >= kGlobalsPerCollection)
+        CollectGarbage();
+    return NewGlobalObject(m_cx, m_zoneAnchor ? m_zoneAnchor->get() : nullptr);
+}
+
+void CJsRuntime::CollectGarbage()
+{
+    m_globalsSinceCollection = 0;
+    JS_GC(m_cx);
+}
+
+void CJsRuntime::DrainGraveyard()
+{
+    if (!m_link->graveyardFilled.load(std::memory_order_acquire))
+        return;
+    std::vector<RootedGlobal> dead;
+    {
+        std::lock_guard<std::mutex> guard(m_link->lock);
+        dead.swap(m_link->graveyard);
+        m_link->graveyardFilled.store(false, std::memory_order_release);
+    }
+}
+
+void CJsRuntime::SetHeapLimitBytes(std::uint32_t bytes)
+{
+    m_heapLimit = bytes;
+    JS_SetGCParameter(m_cx, JSGC_MAX_BYTES, bytes);
+    m_slot.growthAllowanceKb.store(static_cast<long>(bytes / 1024u) * kRunGrowthInHeapLimits);
+}
+
+void CJsRuntime::BeginRun()
+{
+    if (m_runDepth++ > 0)
+        return;
+    m_timedOut = false;
+    m_outOfMemory = false;
+    m_stopFile.clear();
+    m_stopLine = 0;
+    m_budgetMs = HostContext::Instance().ScriptTimeBudgetMs();
+    m_run = CJsWatchdog::Arm(m_slot, m_budgetMs);
+}
+
+void CJsRuntime::EndRun()
+{
+    if (--m_runDepth > 0)
+        return;
+    CJsWatchdog::Disarm(m_slot);
+}
+
+bool CJsRuntime::OnInterrupt(JSContext* cx)
+{
+    auto* runtime = static_cast<CJsRuntime*>(JS_GetContextPrivate(cx));
+    if (!runtime || runtime->m_runDepth == 0)
+        return true;
+    runtime->m_outOfMemory = CJsWatchdog::HasOutgrown(runtime->m_slot, runtime->m_run);
+    runtime->m_timedOut = !runtime->m_outOfMemory && CJsWatchdog::HasExpired(runtime->m_slot, runtime->m_run);
+    if (!runtime->m_outOfMemory && !runtime->m_timedOut)
+        return true;
+    JS::AutoFilename file;
+    unsigned line = 0;
+    if (JS::DescribeScriptedCaller(cx, &file, &line))
+    {
+        runtime->m_stopFile = file.get() ? file.get() : "";
+        runtime->m_stopLine = line;
+    }
+    // Returning false ends the run with an uncatchable error: no script
+    // handler gets a chance to keep it going.
+    return false;
+}

@@ -1,0 +1,54 @@
+#pragma once
+#include "CArray.h"
+#include "CMacroParam.h"
+#include "CScriptHost.h"
+
+#include <QString>
+
+// Runs one macro on its own script engine: the inputs become "var"
+// declarations in front of the global script and the script, the whole text
+// runs as one block, and every output is read back by evaluating its name.
+// Each run starts from a reset engine; the engine keeps the run's state
+// until the next one, which EvalParam relies on. Results: 1 success, 0 failure.
+//
+// One object serves one thread at a time; objects on different threads run
+// concurrently, each on its thread's engine.
+class CMacroImplement
+{
+public:
+    CMacroImplement() = default;
+    virtual ~CMacroImplement() = default;
+
+    // Declarations "\r\n" global script "\r\n" script. On failure the outputs
+    // keep their values and GetError has the engine's error text.
+    int ExecuteScript(const QString& script, const CArray<CMacroParam>& inputs, CArray<CMacroParam>& outputs);
+    // Global script "\r\n" script; the caller's text carries its own inputs.
+    int ExecuteScript(const QString& script, CArray<CMacroParam>& outputs);
+
+    // Evaluates the trimmed name on the engine; "参数不存在!" when that gives
+    // no value (undefined, or an error such as an undeclared name). Always 1.
+    int EvalParam(QString name, QString& value);
+
+    QString GetError() const { return m_error; }
+    // Reads the macro from a settings file and runs it; the caller's outputs
+    // are replaced only when the run succeeds.
+    int ExecuteMacroFile(const QString& path, CArray<CMacroParam>& outputs);
+
+    void AddGlobalScript(const QString& text) { m_globalScript += QStringLiteral("\r\n") + text; }
+    void ClearGlobalScript() { m_globalScript.clear(); }
+    QString GetLastScript() const { return m_lastScript; }
+
+    static QString DeclarationsOf(const CArray<CMacroParam>& inputs);
+    static const QString kMissingParam;
+
+    CMacroImplement(const CMacroImplement&) = delete;
+    CMacroImplement& operator=(const CMacroImplement&) = delete;
+
+private:
+    int Run(const QString& text, CArray<CMacroParam>& outputs);
+
+    QString m_error;
+    QString m_globalScript;
+    CScriptHost m_engine;
+    QString m_lastScript;
+};
