@@ -1,6 +1,7 @@
 #include "CCliHostSetup.h"
 
 #include "CCliOptions.h"
+#include "CConnectionString.h"
 #include "HostContext.h"
 
 #include <QDir>
@@ -55,6 +56,13 @@ bool CCliHostSetup::ApplyHome(const CCliOptions& options)
 
 bool CCliHostSetup::ApplySystemDb(const QString& path)
 {
+    // A team's server database is taken as named; the data service reports
+    // when it cannot be reached.
+    if (CConnectionString::IsServerUrl(path)) {
+        HostContext::Instance().SetSystemDatabase(path);
+        m_systemDbNamed = true;
+        return true;
+    }
     const QFileInfo file(Absolute(path));
     if (!file.exists())
         return Fail(QStringLiteral("system database %1 does not exist").arg(file.filePath()));

@@ -59,6 +59,9 @@ int CTestCli::Prepare(const QStringList& args)
     case CCliOptions::Action::Run:
         break;
     }
+    const QString junit = m_options.JUnitFile();
+    if (!junit.isEmpty() && !QFileInfo(QFileInfo(junit).absolutePath()).isDir())
+        return SetupError(QStringLiteral("the folder of the JUnit file %1 does not exist").arg(junit));
     m_ui = std::make_shared<CConsoleUIService>(stderr);
     m_ui->SetProgressVisible(!m_options.Quiet());
     CUIServices::Install(m_ui);
@@ -70,9 +73,6 @@ int CTestCli::Prepare(const QStringList& args)
         return SetupError(seeder.Error());
     if (seeder.Seeded() && !m_options.Quiet())
         Out(stderr, QStringLiteral("seeded %1 sample scripts into %2\n").arg(seeder.ScriptCount()).arg(HostContext::Instance().Home()));
-    const QString junit = m_options.JUnitFile();
-    if (!junit.isEmpty() && !QFileInfo(QFileInfo(junit).absolutePath()).isDir())
-        return SetupError(QStringLiteral("the folder of the JUnit file %1 does not exist").arg(junit));
     if (!SelectScripts())
         return SetupError(m_setupError);
     m_jobs = m_options.Jobs() > 0 ? m_options.Jobs() : std::max(1, QThread::idealThreadCount());
@@ -121,6 +121,7 @@ void CTestCli::RunScripts()
         Collect(index, report);
         announce(index + 1);
     });
+    progress.SetProgressInfo(CProgressDlg_Control::CProgressInfo(QString(), int(m_scripts.size()), int(m_scripts.size())));
     progress.Close();
 }
 

@@ -1,0 +1,126 @@
+#include "CliFixture.h"
+
+#include "CAccessSysData_MacrosTable.h"
+#include "CSampleScripts.h"
+#include "CTestCaseInfoTable.h"
+#include "CTestCaseStore.h"
+#include "CodePage.h"
+
+#include <QProcess>
+#include <QRegularExpression>
+
+CliFixture::Outcome CliFixture::Run(QStringList args, const QProcessEnvironment& extra)
+{
+    if (!args.contains(QStringLiteral("--home")))
+        args << QStringLiteral("--home") << Home();
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    for (const QString& key : env.keys()) {
+        if (key.startsWith(QStringLiteral("VELMORA_")))
+            env.remove(key);
+    }
+    for (const QString& key : extra.keys())
+        env.insert(key, extra.value(key));
+    QProcess process;
+    process.setProcessEnvironment(env);
+    process.start(QStringLiteral(VELMORA_TEST_BINARY), args);
+    Outcome outcome;
+    if (!process.waitForStarted(10000))
+        return outcome;
+    outcome.finished = process.waitForFinished(240000);
+    if (!outcome.finished) {
+        process.kill();
+        process.waitForFinished(5000);
+    }
+    outcome.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    outcome.out = QString::fromUtf8(process.readAllStandardOutput());
+    outcome.err = QString::fromUtf8(process.readAllStandardError());
+    return outcome;
+}
+
+void CliFixture::Seed()
+{
+    const Outcome first = Run({QStringLiteral("--quiet")});
+    ASSERT_TRUE(first.finished);
+    ASSERT_EQ(first.exitCode, 0) << first.out.toStdString() << first.err.toStdString();
+}
+
+QString CliFixture::ResultPath(const Outcome& outcome)
+{
+    const QRegularExpression line(QStringLiteral("^result file: (/.*)$"), QRegularExpression::MultilineOption);
+    const QRegularExpressionMatch match = line.match(outcome.out);
+    return match.hasMatch() ? match.captured(1) : QString();
+}
+
+QStringList CliFixture::ResultLines(const Outcome& outcome)
+{
+    const QString path = ResultPath(outcome);
+    if (path.isEmpty())
+        return {};
+    QStringList lines = CodePage::ToUnicode(ReadBytes(path)).split(QStringLiteral("\r\n"));
+    if (!lines.isEmpty() && lines.last().isEmpty())
+        lines.removeLast();
+    return lines;
+}
+
+QString CliFixture::WithoutStamp(const QString& line)
+{
+    const int dots = int(line.indexOf(QStringLiteral("...脚本(")));
+    return dots < 0 ? line : line.mid(dots);
+}
+
+std::pair<int, int> CliFixture::Counts(const Outcome& outcome)
+{
+    const QRegularExpression line(QStringLiteral("^(\\d+) passed, (\\d+) failed$"), QRegularExpression::MultilineOption);
+    const QRegularExpressionMatch match = line.match(outcome.out);
+    if (!match.hasMatch())
+        return {-1, -1};
+    return {match.captured(1).toInt(), match.captured(2).toInt()};
+}
+
+int CliFixture::SampleCaseCount()
+{
+    CSampleScripts samples;
+    if (!samples.LoadBuiltIn())
+        return -1;
+    int count = 0;
+    for (const CSampleScripts::Script& script : samples.Scripts())
+        count += int(script.cases.size());
+    return count;
+}
+
+QString CliFixture::SampleKey(int index)
+{
+    CSampleScripts samples;
+    if (!samples.LoadBuiltIn() || index >= samples.Scripts().size())
+        return {};
+    return samples.Scripts().at(index).keyCh;
+}
+
+void CliFixture::SetExpected(const QString& script, const QString& caseName, const QString& output, const QString& value)
+{
+    QString text;
+    CTestCaseInfoTable table;
+    ASSERT_TRUE(CTestCaseStore::LoadTestCase(script, caseName, text, &table));
+    bool found = false;
+    for (int row = 1; row <= table.GetRowCount(); ++row) {
+        if (table.GetAsString(CTestCaseInfoTable::ParmName, row) == output) {
+            table.SetAsString(CTestCaseInfoTable::ParmValue, row, value);
+            found = true;
+        }
+    }
+    ASSERT_TRUE(found) << output.toStdString();
+    ASSERT_TRUE(CTestCaseStore::SaveTestCase(script, caseName, text, &table));
+}
+
+void CliFixture::AddScript(const QString& key, const QString& text, const QString& caseText, const QStringList& outputs)
+{
+    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent(key, text));
+    ASSERT_TRUE(CTestCaseStore::SaveGlobals(key, QStringLiteral("function One() { return 1; }"), QStringLiteral("var a = 1 ////a")));
+    CTestCaseInfoTable table;
+    for (const QString& output : outputs) {
+        const int row = table.InsertRow(0);
+        table.SetAsString(CTestCaseInfoTable::ParmName, row, output);
+        table.SetAsString(CTestCaseInfoTable::ParmValue, row, QStringLiteral("1"));
+    }
+    ASSERT_TRUE(CTestCaseStore::SaveTestCase(key, QStringLiteral("one.tx"), caseText, &table));
+}
