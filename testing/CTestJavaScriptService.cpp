@@ -1,0 +1,307 @@
+#include "CTestJavaScriptService.h"
+
+#include "CAccessSysData_MacrosTable.h"
+#include "COutPutTextTable.h"
+#include "CProgressDlg_Control.h"
+#include "CSysMacrosTable.h"
+#include "CTestCaseInfoTable.h"
+#include "CUIServices.h"
+#include "CMacroParam.h"
+#include "NativePath.h"
+#include "QxMfcFun.h"
+#include "UIFunction.h"
+
+#include <QCoreApplication>
+#include <atomic>
+
+using QxMfc::Fun;
+
+namespace {
+
+// Counts services of this process so that two made within one millisecond
+// (worker threads) still get files of their own.
+std::atomic<int> g_serviceCount{0};
+
+QString Unbroken(QString value)
+{
+    value.remove(QLatin1Char('\n'));
+    value.remove(QLatin1Char('\r'));
+    return value;
+}
+
+} // namespace
+
+CTestJavaScriptService::CTestJavaScriptService()
+{
+    m_resultFile = MakeResultFileName();
+}
+
+CTestJavaScriptService::~CTestJavaScriptService() = default;
+
+QString CTestJavaScriptService::MakeResultFileName()
+{
+    // The first field stands where the host put the system data path's text;
+    // it is read as nothing but a run-dependent number. Process id and
+    // service count make that number differ between runs and services.
+    const int runNumber = static_cast<int>(QCoreApplication::applicationPid() % 10000000) * 100
+                          + g_serviceCount.fetch_add(1) % 100;
+    const QDateTime now = QDateTime::currentDateTime();
+    const QDate date = now.date();
+    const QTime time = now.time();
+    return QString::asprintf("C:\\测试脚本结果%04d-%02d-%02d-%02d-%02d-%02d-%02d-%02d.txt", runNumber, date.year(),
+                             date.month(), date.day(), time.hour(), time.minute(), time.second(), time.msec());
+}
+
+QString CTestJavaScriptService::FormatLogLine(const QString& script, const QString& caseName,
+                                              const QString& message, const QDateTime& when)
+{
+    const QString body = QStringLiteral("脚本(") + script + QStringLiteral(")检测测试(") + caseName
+                         + QStringLiteral(")发现错误:") + message;
+    int stamp[6] = {0, 0, 0, -1, -1, -1};
+    if (when.isValid()) {
+        const QDate date = when.date();
+        const QTime time = when.time();
+        const int parts[6] = {date.year(), date.month(), date.day(), time.hour(), time.minute(), time.second()};
+        std::copy(std::begin(parts), std::end(parts), std::begin(stamp));
+    }
+    return QString::asprintf("%d.%d.%d %d:%d:%d...", stamp[0], stamp[1], stamp[2], stamp[3], stamp[4], stamp[5])
+           + body + QStringLiteral(" \r\n");
+}
+
+void CTestJavaScriptService::LogTestMessage(const QString& script, const QString& caseName, const QString& message)
+{
+    CScriptTestReport::Entry entry;
+    entry.line = FormatLogLine(script, caseName, message, QDateTime::currentDateTime());
+    Emit(entry);
+}
+
+void CTestJavaScriptService::Emit(const CScriptTestReport::Entry& entry)
+{
+    if (m_gathering)
+        m_gathering->entries.append(entry);
+    else
+        WriteEntry(entry);
+}
+
+bool CTestJavaScriptService::WriteEntry(const CScriptTestReport::Entry& entry)
+{
+    bool written = true;
+    if (!entry.isTable) {
+        written = Fun::AppendCString2File(m_resultFile, entry.line);
+    } else {
+        COutPutTextTable text;
+        text.AddTextNode(CTestCaseInfoTable::ParmName);
+        text.AddTextNode(CTestCaseInfoTable::ParmValue);
+        text.AddTextNode(CTestCaseInfoTable::NewParmValue);
+        for (const CTestCaseOutcome::Row& row : entry.table) {
+            text.AddNodeValue(Unbroken(row.name));
+            text.AddNodeValue(Unbroken(row.storedValue));
+            text.AddNodeValue(Unbroken(row.newValue));
+        }
+        written = text.Print2File(m_resultFile);
+    }
+    m_writeFailed = m_writeFailed || !written;
+    return written;
+}
+
+bool CTestJavaScriptService::AppendReport(const CScriptTestReport& report)
+{
+    bool written = true;
+    for (const CScriptTestReport::Entry& entry : report.entries)
+        written = WriteEntry(entry) && written;
+    return written;
+}
+
+void CTestJavaScriptService::OpenResultFile()
+{
+    CUIServices::Current().ShellOpen(NativePath::Map(m_resultFile));
+}
+
+void CTestJavaScriptService::FinishRun(bool failed)
+{
+    if (!failed)
+        return;
+    UIFunction::QXMessageBox(kRunFailed, QString(), UIFunction::MB_OK);
+    OpenResultFile();
+}
+
+bool CTestJavaScriptService::RunTestCase(const QString& globalFun, const QString& globalParm,
+                                         const QString& caseText, const QString& scriptText,
+                                         NDataModelDataSet& table, QString& error)
+{
+    const QString crlf = QStringLiteral("\r\n");
+    const QString program = globalFun + crlf + globalParm + crlf + caseText + crlf + scriptText;
+    CArray<CMacroParam> params;
+    for (int row = 1; row <= table.GetRowCount(); ++row)
+        params.Add(CMacroParam(table.GetAsString(CTestCaseInfoTable::ParmName, row),
+                               table.GetAsString(CTestCaseInfoTable::ParmValue, row), QString()));
+    if (!m_macro.ExecuteScript(program, params)) {
+        error = m_macro.GetError();
+        return false;
+    }
+    for (const CMacroParam& param : params) {
+        for (int row = 1; row <= table.GetRowCount(); ++row) {
+            if (table.GetAsString(CTestCaseInfoTable::ParmName, row) == param.GetName()) {
+                table.SetAsString(CTestCaseInfoTable::ParmValue, row, param.GetValue());
+                break;
+            }
+        }
+    }
+    return true;
+}
+
+bool CTestJavaScriptService::CompareResults(const QString& script, const QString& caseName,
+                                            const NDataModelDataSet& after, const NDataModelDataSet& stored)
+{
+    QList<CTestCaseOutcome::Row> rows;
+    return CompareAndLog(script, caseName, after, stored, rows);
+}
+
+bool CTestJavaScriptService::CompareAndLog(const QString& script, const QString& caseName,
+                                           const NDataModelDataSet& after, const NDataModelDataSet& stored,
+                                           QList<CTestCaseOutcome::Row>& rows)
+{
+    CTestCaseInfoTable comparison;
+    comparison.AddField(CTestCaseInfoTable::NewParmValue, FT_LongString);
+    bool mismatch = false;
+    for (int row = 1; row <= after.GetRowCount(); ++row) {
+        const QString name = after.GetAsString(CTestCaseInfoTable::ParmName, row);
+        const QString newValue = after.GetAsString(CTestCaseInfoTable::ParmValue, row);
+        QString oldValue = kNoSuchParameter;
+        bool found = false;
+        for (int old = 1; old <= stored.GetRowCount() && !found; ++old) {
+            if (stored.GetAsString(CTestCaseInfoTable::ParmName, old) == name) {
+                oldValue = stored.GetAsString(CTestCaseInfoTable::ParmValue, old);
+                found = true;
+            }
+        }
+        mismatch = mismatch || !found || oldValue != newValue;
+        const int added = comparison.InsertRow(0);
+        comparison.SetAsString(CTestCaseInfoTable::ParmName, added, name);
+        comparison.SetAsString(CTestCaseInfoTable::ParmValue, added, oldValue);
+        comparison.SetAsString(CTestCaseInfoTable::NewParmValue, added, newValue);
+    }
+    rows.clear();
+    for (int row = 1; row <= comparison.GetRowCount(); ++row)
+        rows.append({comparison.GetAsString(CTestCaseInfoTable::ParmName, row),
+                     comparison.GetAsString(CTestCaseInfoTable::ParmValue, row),
+                     comparison.GetAsString(CTestCaseInfoTable::NewParmValue, row)});
+    if (!mismatch) {
+        LogTestMessage(script, caseName, kResultsAgree);
+        return true;
+    }
+    LogTestMessage(script, caseName, kResultsDisagree);
+    CScriptTestReport::Entry table;
+    table.isTable = true;
+    table.table = rows;
+    Emit(table);
+    return false;
+}
+
+bool CTestJavaScriptService::ReadAllScripts(QList<Script>& scripts)
+{
+    scripts.clear();
+    const std::unique_ptr<NDataModelDataSet> data = CAccessSysData_MacrosTable::GetDataSet();
+    if (!data)
+        return false;
+    for (int row = 1; row <= data->GetRowCount(); ++row)
+        scripts.append({data->GetAsString(CSysMacrosTable::CFieldInfo::key_ch, row),
+                        data->GetAsString(CSysMacrosTable::CFieldInfo::content, row)});
+    return true;
+}
+
+void CTestJavaScriptService::Record(CScriptTestReport& report, const QString& caseName, bool passed,
+                                    const QString& message, const QList<CTestCaseOutcome::Row>& rows)
+{
+    CTestCaseOutcome outcome;
+    outcome.script = report.script;
+    outcome.caseName = caseName;
+    outcome.passed = passed;
+    outcome.message = message;
+    outcome.rows = rows;
+    report.passed = report.passed && passed;
+    report.outcomes.append(outcome);
+    if (m_observer)
+        m_observer(outcome);
+}
+
+bool CTestJavaScriptService::RunScriptTests(const QString& name, const QString& scriptText,
+                                            CScriptTestReport* report)
+{
+    CScriptTestReport local;
+    CScriptTestReport& target = report ? *report : local;
+    target.script = name;
+    const bool passedBefore = target.passed;
+    target.passed = true;
+    CScriptTestReport* const outer = m_gathering;
+    m_gathering = report;
+
+    QString globalFun;
+    QString globalParm;
+    if (!HasTestCases(name)) {
+        // A script without cases fails the run: every script is meant to be tested.
+        LogTestMessage(name, QString(), kNoTestCases);
+        Record(target, QString(), false, kNoTestCases);
+    } else if (!LoadGlobals(name, globalFun, globalParm)) {
+        LogTestMessage(name, QString(), kNoGlobals);
+        Record(target, QString(), false, kNoGlobals);
+    } else {
+        CArray<QString> cases;
+        ListTestCases(name, cases);
+        for (const QString& caseName : cases)
+            RunOneCase(name, caseName, globalFun, globalParm, scriptText, target);
+    }
+
+    m_gathering = outer;
+    const bool passed = target.passed;
+    target.passed = passed && passedBefore;
+    return passed;
+}
+
+void CTestJavaScriptService::RunOneCase(const QString& name, const QString& caseName, const QString& globalFun,
+                                        const QString& globalParm, const QString& scriptText,
+                                        CScriptTestReport& report)
+{
+    CTestCaseInfoTable stored;
+    QString caseText;
+    if (!LoadTestCase(name, caseName, caseText, &stored)) {
+        LogTestMessage(name, caseName, kCaseUnreadable);
+        Record(report, caseName, false, kCaseUnreadable);
+        return;
+    }
+    // The stored table keeps the expected values; the copy receives the run's.
+    const std::unique_ptr<NDataModelDataSet> run = stored.Clone();
+    QString error;
+    if (!RunTestCase(globalFun, globalParm, caseText, scriptText, *run, error)) {
+        LogTestMessage(name, caseName, error);
+        Record(report, caseName, false, error);
+        return;
+    }
+    QList<CTestCaseOutcome::Row> rows;
+    if (!CompareAndLog(name, caseName, *run, stored, rows)) {
+        Record(report, caseName, false, kResultsDisagree, rows);
+        return;
+    }
+    LogTestMessage(name, caseName, kTestPassed);
+    Record(report, caseName, true, kTestPassed, rows);
+}
+
+int CTestJavaScriptService::RunAllTests()
+{
+    QList<Script> scripts;
+    ReadAllScripts(scripts);
+    CProgressDlg_Control progress;
+    progress.Show();
+    bool failed = false;
+    for (int i = 0; i < scripts.size(); ++i) {
+        const Script& script = scripts.at(i);
+        progress.SetProgressInfo(
+            CProgressDlg_Control::CProgressInfo(QStringLiteral("开始测试脚本:") + script.name, i, scripts.size()));
+        if (!RunScriptTests(script.name, script.text))
+            failed = true;
+    }
+    scripts.clear();
+    progress.Close();
+    FinishRun(failed);
+    return 1;
+}

@@ -1,0 +1,200 @@
+#include "COutPutTextTable.h"
+#include "HostContext.h"
+#include "RunnerTestSupport.h"
+
+#include <QDir>
+#include <thread>
+
+namespace {
+
+const QString kScript = QStringLiteral("var area = Round2(w * h);\r\nvar note = 'w=' + w;");
+const QString kFun = QStringLiteral("function Round2(x) { return Math.round(x * 100) / 100; }");
+
+} // namespace
+
+class ScriptRunTest : public RunnerTest
+{
+protected:
+    // "beam.js": one passing case, one 3 vs 3.0 mismatch, one unreadable case
+    // and one whose script throws.
+    static void SeedBeam()
+    {
+        SeedGlobals("beam.js", kFun, "var w = 1;\r\nvar h = 1;");
+        SeedCase("beam.js", "1pass.tx", "w = 2; h = 1.5;", {{"area", "3"}, {"note", "w=2"}});
+        SeedCase("beam.js", "2mismatch.tx", "w = 3; h = 1;", {{"area", "3.0"}, {"note", "w=3"}});
+        ASSERT_TRUE(QxMfc::Fun::SaveFileContent(CTestCaseStore::ScriptFolder("beam.js") + "3broken.tx",
+                                                "a@@@@@@######@@@@@b@@@@@@######@@@@@c"));
+        SeedCase("beam.js", "4throws.tx", "throw new Error('坏');", {{"area", "0"}});
+    }
+
+    static QStringList Messages(const CScriptTestReport& report)
+    {
+        QStringList list;
+        for (const CTestCaseOutcome& o : report.outcomes)
+            list.append(o.caseName + "|" + (o.passed ? "pass" : "fail") + "|" + o.message);
+        return list;
+    }
+};
+
+TEST_F(ScriptRunTest, EveryCaseIsLoggedInOrderAndFailuresDoNotStopTheRun)
+{
+    SeedBeam();
+    CTestJavaScriptService service;
+    QList<CTestCaseOutcome> seen;
+    service.SetCaseObserver([&](const CTestCaseOutcome& o) { seen.append(o); });
+    EXPECT_FALSE(service.RunScriptTests("beam.js", kScript));
+
+    ASSERT_EQ(seen.size(), 4);
+    EXPECT_TRUE(seen[0].passed);
+    EXPECT_EQ(seen[0].message, QStringLiteral("测试通过!"));
+    ASSERT_EQ(seen[0].rows.size(), 2);
+    EXPECT_EQ(seen[0].rows[0].newValue, QStringLiteral("3"));
+    EXPECT_EQ(seen[1].message, QStringLiteral("计算结果不一致!"));
+    EXPECT_EQ(seen[1].rows[0].storedValue, QStringLiteral("3.0"));
+    EXPECT_EQ(seen[2].message, QStringLiteral("无法获取测试用例信息!"));
+    EXPECT_TRUE(seen[2].rows.isEmpty());
+    EXPECT_TRUE(seen[3].message.startsWith(QStringLiteral("Error: "))) << seen[3].message.toStdString();
+    EXPECT_TRUE(seen[3].message.contains(QStringLiteral("坏")));
+    for (const CTestCaseOutcome& o : seen)
+        EXPECT_EQ(o.script, QStringLiteral("beam.js"));
+
+    const QString table = [] {
+        COutPutTextTable t;
+        for (const char* title : {"ParmName", "ParmValue", "NewParmValue"})
+            t.AddTextNode(title);
+        for (const char* cell : {"area", "3.0", "3", "note", "w=3", "w=3"})
+            t.AddNodeValue(cell);
+        return t.ToText();
+    }();
+    EXPECT_EQ(Masked(service), Line("beam.js", "1pass.tx", "计算结果一致!") + Line("beam.js", "1pass.tx", "测试通过!")
+                                   + Line("beam.js", "2mismatch.tx", "计算结果不一致!") + table
+                                   + Line("beam.js", "3broken.tx", "无法获取测试用例信息!")
+                                   + Line("beam.js", "4throws.tx", seen[3].message));
+}
+
+TEST_F(ScriptRunTest, ScriptsWithoutCasesOrGlobalsFailWithOneLine)
+{
+    CTestJavaScriptService service;
+    EXPECT_FALSE(service.RunScriptTests("none.js", "var a = 1;"));
+    // Case files without GlobalFun.txt do not count.
+    SeedGlobals("casesonly.js");
+    SeedCase("casesonly.js", "c.tx", "", {});
+    ASSERT_TRUE(QFile::remove(NativePath::Map(CTestCaseStore::ScriptFolder("casesonly.js") + "GlobalFun.txt")));
+    EXPECT_FALSE(service.RunScriptTests("casesonly.js", "var a = 1;"));
+    SeedGlobals("noparm.js");
+    ASSERT_TRUE(QFile::remove(NativePath::Map(CTestCaseStore::ScriptFolder("noparm.js") + "GlobalParm.txt")));
+    EXPECT_FALSE(service.RunScriptTests("noparm.js", "var a = 1;"));
+    EXPECT_EQ(Masked(service), Line("none.js", "", "没有测试用例!") + Line("casesonly.js", "", "没有测试用例!")
+                                   + Line("noparm.js", "", "无法获取全局信息!"));
+}
+
+TEST_F(ScriptRunTest, GlobalsWithoutCasesPassWithNoLines)
+{
+    SeedGlobals("empty.js");
+    CTestJavaScriptService service;
+    EXPECT_TRUE(service.RunScriptTests("empty.js", "var a = 1;"));
+    EXPECT_FALSE(QFile::exists(NativePath::Map(service.GetResultFileName())));
+}
+
+TEST_F(ScriptRunTest, AScriptThatNeverEndsIsLoggedAndTheNextCaseRuns)
+{
+    HostContext::Instance().SetScriptTimeBudgetMs(300);
+    SeedGlobals("loop.js", "", "var n = 0;");
+    SeedCase("loop.js", "a.tx", "n = -1;", {{"r", "x"}});
+    SeedCase("loop.js", "b.tx", "n = 2;", {{"r", "4"}});
+    CTestJavaScriptService service;
+    CScriptTestReport report;
+    EXPECT_FALSE(service.RunScriptTests("loop.js", "while (n < 0) {}\r\nvar r = n * 2;", &report));
+    ASSERT_EQ(report.outcomes.size(), 2);
+    EXPECT_FALSE(report.outcomes[0].passed);
+    EXPECT_FALSE(report.outcomes[0].message.isEmpty());
+    EXPECT_TRUE(report.outcomes[1].passed);
+    EXPECT_EQ(report.outcomes[1].message, QStringLiteral("测试通过!"));
+}
+
+TEST_F(ScriptRunTest, GatheredReportsWriteTheSameFileLater)
+{
+    SeedBeam();
+    CTestJavaScriptService direct;
+    direct.RunScriptTests("beam.js", kScript);
+
+    CTestJavaScriptService gathering;
+    CScriptTestReport report;
+    EXPECT_FALSE(gathering.RunScriptTests("beam.js", kScript, &report));
+    EXPECT_FALSE(report.passed);
+    EXPECT_EQ(report.script, QStringLiteral("beam.js"));
+    EXPECT_FALSE(QFile::exists(NativePath::Map(gathering.GetResultFileName())));
+    ASSERT_EQ(report.entries.size(), 6);
+    EXPECT_TRUE(report.entries[3].isTable);
+    EXPECT_EQ(Messages(report), QStringList({"1pass.tx|pass|测试通过!", "2mismatch.tx|fail|计算结果不一致!",
+                                             "3broken.tx|fail|无法获取测试用例信息!",
+                                             "4throws.tx|fail|" + report.outcomes[3].message}));
+    EXPECT_TRUE(gathering.AppendReport(report));
+    EXPECT_EQ(Masked(gathering), Masked(direct));
+}
+
+TEST_F(ScriptRunTest, WorkerThreadsGatherAndTheFileKeepsScriptOrder)
+{
+    SeedBeam();
+    SeedGlobals("ok.js", kFun, "var w = 1;\r\nvar h = 1;");
+    SeedCase("ok.js", "c.tx", "w = 4; h = 0.25;", {{"area", "1"}});
+    const QStringList order = {"ok.js", "beam.js", "none.js", "ok.js"};
+    QList<CScriptTestReport> reports(order.size());
+    std::vector<std::thread> workers;
+    for (int w = 0; w < 2; ++w) {
+        workers.emplace_back([&, w] {
+            CTestJavaScriptService service;
+            for (int i = w; i < order.size(); i += 2)
+                service.RunScriptTests(order[i], kScript, &reports[i]);
+        });
+    }
+    for (std::thread& t : workers)
+        t.join();
+
+    CTestJavaScriptService merged;
+    CTestJavaScriptService sequential;
+    for (int i = 0; i < order.size(); ++i) {
+        EXPECT_TRUE(merged.AppendReport(reports[i]));
+        sequential.RunScriptTests(order[i], kScript);
+    }
+    EXPECT_TRUE(reports[0].passed);
+    EXPECT_FALSE(reports[1].passed);
+    EXPECT_FALSE(reports[2].passed);
+    EXPECT_EQ(Masked(merged), Masked(sequential));
+}
+
+TEST_F(ScriptRunTest, AnUnwritableResultFileIsReportedAndTheRunGoesOn)
+{
+    SeedBeam();
+    CTestJavaScriptService service;
+    service.SetResultFileName("C:\\没有这个目录\\结果.txt");
+    int outcomes = 0;
+    service.SetCaseObserver([&](const CTestCaseOutcome&) { ++outcomes; });
+    EXPECT_FALSE(service.RunScriptTests("beam.js", kScript));
+    EXPECT_EQ(outcomes, 4);
+    EXPECT_TRUE(service.ResultFileWriteFailed());
+    EXPECT_FALSE(QDir(HostContext::Instance().DriveRoot('C') + "/没有这个目录").exists());
+
+    CTestJavaScriptService fine;
+    CScriptTestReport report;
+    fine.RunScriptTests("beam.js", kScript, &report);
+    EXPECT_FALSE(fine.ResultFileWriteFailed());
+    fine.SetResultFileName("C:\\没有这个目录\\结果.txt");
+    EXPECT_FALSE(fine.AppendReport(report));
+    EXPECT_TRUE(fine.ResultFileWriteFailed());
+}
+
+TEST_F(ScriptRunTest, FinishRunShowsTheFailureOnlyWhenSomethingFailed)
+{
+    CTestJavaScriptService service;
+    service.FinishRun(false);
+    EXPECT_TRUE(Ui().calls.isEmpty());
+    service.FinishRun(true);
+    ASSERT_EQ(Ui().calls.size(), 2);
+    EXPECT_EQ(Ui().calls[0].kind, QStringLiteral("MessageBox"));
+    EXPECT_EQ(Ui().calls[0].text, QStringLiteral("测试出现失败！"));
+    EXPECT_EQ(Ui().calls[0].caption, QString());
+    EXPECT_EQ(Ui().calls[0].style, UIFunction::MB_OK);
+    EXPECT_EQ(Ui().calls[1].kind, QStringLiteral("ShellOpen"));
+    EXPECT_EQ(Ui().calls[1].text, NativePath::Map(service.GetResultFileName()));
+}
