@@ -1,5 +1,7 @@
 #include "CJUnitReport.h"
 
+#include "COutPutTextTable.h"
+
 #include <QDateTime>
 #include <QSaveFile>
 #include <QXmlStreamWriter>
@@ -110,12 +112,17 @@ QString CJUnitReport::ScriptLevelCaseName()
 
 QString CJUnitReport::FormatRows(const QList<CTestCaseOutcome::Row>& rows)
 {
-    QString text = QStringLiteral("ParmName\tParmValue\tNewParmValue\n");
+    // The same table the result file shows, with plain line breaks.
+    COutPutTextTable table;
+    table.AddTextNode(QStringLiteral("ParmName"));
+    table.AddTextNode(QStringLiteral("ParmValue"));
+    table.AddTextNode(QStringLiteral("NewParmValue"));
     for (const CTestCaseOutcome::Row& row : rows) {
-        const QString mark = row.storedValue == row.newValue ? QString() : QStringLiteral("\t<<");
-        text += row.name + QLatin1Char('\t') + row.storedValue + QLatin1Char('\t') + row.newValue + mark + QLatin1Char('\n');
+        table.AddNodeValue(row.name);
+        table.AddNodeValue(row.storedValue);
+        table.AddNodeValue(row.newValue);
     }
-    return text;
+    return table.ToText().replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
 }
 
 QByteArray CJUnitReport::ToXml() const

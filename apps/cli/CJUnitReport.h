@@ -23,7 +23,7 @@ public:
 
     // Test-case name used when a whole script failed before its cases ran.
     static QString ScriptLevelCaseName();
-    // The mismatch table as plain text, one row per line.
+    // The comparison table as the result file prints it, LF line breaks.
     static QString FormatRows(const QList<CTestCaseOutcome::Row>& rows);
 
 private:

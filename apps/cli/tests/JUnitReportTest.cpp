@@ -1,6 +1,7 @@
 #include "CJUnitReport.h"
 
 #include <QDomDocument>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -70,7 +71,10 @@ TEST(JUnitReportTest, OneSuitePerScriptOneCasePerCase)
     ASSERT_FALSE(failure.isNull());
     EXPECT_EQ(failure.attribute(QStringLiteral("message")), QStringLiteral("计算结果不一致!"));
     EXPECT_EQ(failure.attribute(QStringLiteral("type")), QStringLiteral("mismatch"));
-    EXPECT_TRUE(failure.text().contains(QStringLiteral("L\t3\t3.0")));
+    EXPECT_TRUE(failure.text().startsWith(QStringLiteral("计算结果不一致!\n+---")));
+    EXPECT_TRUE(failure.text().contains(QRegularExpression(QStringLiteral("\n\\| L +\\| 3 +\\| 3\\.0 +\\|\n"))))
+        << failure.text().toStdString();
+    EXPECT_FALSE(failure.text().contains(QLatin1Char('\r')));
 
     const QDomElement noCases = suites.at(1).toElement().firstChildElement(QStringLiteral("testcase"));
     EXPECT_EQ(noCases.attribute(QStringLiteral("name")), CJUnitReport::ScriptLevelCaseName());
