@@ -5,7 +5,9 @@
 #include "CUIServices.h"
 #include "HostContext.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <cstdint>
 #include <cstdlib>
@@ -13,9 +15,17 @@
 
 namespace {
 
+// Files in memory where the system offers it: a disk costs most of the speed.
+QString SandboxTemplate()
+{
+    const QString shm = QStringLiteral("/dev/shm");
+    const QString base = QFileInfo(shm).isWritable() ? shm : QDir::tempPath();
+    return base + QStringLiteral("/velmora-fuzz-XXXXXX");
+}
+
 struct Sandbox
 {
-    QTemporaryDir dir;
+    QTemporaryDir dir{SandboxTemplate()};
     std::shared_ptr<CRecordingUIService> ui = std::make_shared<CRecordingUIService>();
     QString input;
     QString again;
