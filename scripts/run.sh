@@ -5,7 +5,11 @@ here="$(cd "$(dirname "$0")/.." && pwd)"
 "$here/scripts/install-deps.sh"
 "$here/scripts/build.sh"
 build="${VELMORA_BUILD_DIR:-$here/build}"
-if [ -x "$build/apps/cli/velmora-test" ]; then
-  exec "$build/apps/cli/velmora-test" "$@"
+runner="$build/apps/cli/velmora-test"
+if [ ! -x "$runner" ]; then
+  echo "run.sh: the build did not produce $runner" >&2
+  exit 2
 fi
-echo "Built the libraries; the headless runner is not part of this build yet."
+# The first run seeds the home folder with the sample rebar scripts and their
+# cases; every run tests every script and prints the summary.
+exec "$runner" "$@"
