@@ -1,0 +1,3 @@
+#include "CConnectStringManager.h"
+
+CConnectStringManager::~CConnectStringManager() = default;

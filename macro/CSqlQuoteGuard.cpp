@@ -1,0 +1,20 @@
+#include "CSqlQuoteGuard.h"
+
+bool CSqlQuoteGuard::IsSafe(const QString& text)
+{
+    return !text.contains(QLatin1Char('\''));
+}
+
+bool CSqlQuoteGuard::IsSafe(const CMacroParam& param)
+{
+    return IsSafe(param.GetName()) && IsSafe(param.GetValue()) && IsSafe(param.GetDescription());
+}
+
+bool CSqlQuoteGuard::IsSafe(const CArray<CMacroParam>& params)
+{
+    for (const CMacroParam& param : params) {
+        if (!IsSafe(param))
+            return false;
+    }
+    return true;
+}

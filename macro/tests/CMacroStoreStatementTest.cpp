@@ -1,0 +1,214 @@
+#include "CComDB.h"
+#include "CDBFactory.h"
+#include "CMacroDataManager.h"
+#include "CMacroParamManager.h"
+#include "DbBackendTest.h"
+#include "MacroStoreFixtures.h"
+#include "RecordingDataService.h"
+
+namespace {
+
+// The stores' statements, seen through a recording service over the real
+// database; the recorder can also fail a chosen call.
+class MacroStoreStatementTest : public DbBackendTest
+{
+protected:
+    void SetUp() override
+    {
+        DbBackendTest::SetUp();
+        if (HasFatalFailure())
+            return;
+        auto inner = std::make_unique<CComDB>();
+        ASSERT_TRUE(CDBFactory::OpenSystemDatabase(*inner, Target())) << inner->GetError().toStdString();
+        auto recorder = std::make_unique<RecordingDataService>(std::move(inner));
+        m_recorder = recorder.get();
+        CDBFactory::InstallForThread(std::move(recorder));
+    }
+
+    CMacro SmallMacro()
+    {
+        CMacro macro(2, QStringLiteral("m"), QStringLiteral("d"), QStringLiteral("x=1;"));
+        macro.InputParams().Add(MakeParam(QStringLiteral("a"), QStringLiteral("1"), QStringLiteral("in"), 1));
+        macro.OutputParams().Add(MakeParam(QStringLiteral("x"), QString(""), QStringLiteral("out"), 0));
+        return macro;
+    }
+
+    RecordingDataService* m_recorder = nullptr;
+    CMacroDataManager m_macros;
+    CMacroParamManager m_params;
+};
+
+TEST_P(MacroStoreStatementTest, InsertMacroRunsTheseStatementsInOrder)
+{
+    ASSERT_EQ(m_macros.InsertMacro(SmallMacro()), 1);
+    const QStringList expected{
+        "Retrieve: select max(id) from SC_MACRO_DEFINE",
+        "ExecuteNonQuery: insert into SC_MACRO_DEFINE \r\n values(1,\r\n'm',\r\n'',\r\n2,\r\n'd')\r\n",
+        "UpdateBlob: update SC_MACRO_DEFINE set CONTENT = 'x=1;' where ID=1",
+        "Retrieve: select max(id) from SC_MACROPARAM",
+        "ExecuteNonQuery: insert into SC_MACROPARAM \r\n values(1,\r\n'a',\r\n'1',\r\n'in',\r\n0,\r\n1,\r\n1\r\n)",
+        "Retrieve: select max(id) from SC_MACROPARAM",
+        "ExecuteNonQuery: insert into SC_MACROPARAM \r\n values(2,\r\n'x',\r\n'',\r\n'out',\r\n1,\r\n1,\r\n0\r\n)",
+    };
+    EXPECT_EQ(m_recorder->Calls(), expected);
+    EXPECT_EQ(m_recorder->BlobBytes(), 4);
+    EXPECT_EQ(m_recorder->LastBlob(), QByteArray("x=1;\0", 5));
+}
+
+TEST_P(MacroStoreStatementTest, BlobBufferHoldsTheLowBytesAndATrailingZero)
+{
+    CMacro macro = SmallMacro();
+    macro.SetContent(QString::fromUtf16(u"\u4E2DA\u00E9"));
+    ASSERT_EQ(m_macros.InsertMacro(macro), 1);
+    EXPECT_EQ(m_recorder->BlobBytes(), 3);
+    EXPECT_EQ(m_recorder->LastBlob(), QByteArray("\x2D" "A" "\xE9" "\0", 4));
+}
+
+TEST_P(MacroStoreStatementTest, UpdateMacroRunsTheseStatementsInOrder)
+{
+    ASSERT_EQ(m_macros.InsertMacro(SmallMacro()), 1);
+    const int before = m_recorder->Calls().size();
+    CMacro macro = SmallMacro();
+    macro.InputParams().RemoveAll();
+    ASSERT_EQ(m_macros.UpdateMacro(1, macro), 1);
+    const QStringList calls = m_recorder->Calls().mid(before);
+    const QStringList expected{
+        "ExecuteNonQuery: update SC_MACRO_DEFINE \r\n set name = 'm',\r\n description = 'd',\r\n content = '',\r\n"
+        " type = 2\r\n where ID=1",
+        "UpdateBlob: update SC_MACRO_DEFINE set CONTENT = 'x=1;' where ID=1",
+        "ExecuteNonQuery: delete from SC_MACROPARAM where MACROID = 1",
+        "Retrieve: select max(id) from SC_MACROPARAM",
+        "ExecuteNonQuery: insert into SC_MACROPARAM \r\n values(1,\r\n'x',\r\n'',\r\n'out',\r\n1,\r\n1,\r\n0\r\n)",
+    };
+    EXPECT_EQ(calls, expected);
+}
+
+TEST_P(MacroStoreStatementTest, DeleteAndLoadStatements)
+{
+    ASSERT_EQ(m_macros.InsertMacro(SmallMacro()), 1);
+    const int before = m_recorder->Calls().size();
+    CMacro loaded;
+    ASSERT_TRUE(m_macros.LoadMacro(1, loaded));
+    CArray<CMacro> all;
+    ASSERT_TRUE(m_macros.LoadAllMacros(all));
+    ASSERT_TRUE(m_macros.DeleteMacro(1));
+    const QStringList expected{
+        "Query: select id, name, type, description, content from SC_MACRO_DEFINE where ID =1",
+        "Query: select name, value, description, datatype from SC_MACROPARAM where MACROID =1 AND TYPE=0",
+        "Query: select name, value, description, datatype from SC_MACROPARAM where MACROID =1 AND TYPE=1",
+        "Query: select id, name, type, description, content from SC_MACRO_DEFINE",
+        "ExecuteNonQuery: delete from SC_MACRO_DEFINE where ID=1",
+        "ExecuteNonQuery: delete from SC_MACROPARAM where MACROID = 1",
+    };
+    EXPECT_EQ(m_recorder->Calls().mid(before), expected);
+}
+
+TEST_P(MacroStoreStatementTest, NegativeNumbersArePrintedAsIs)
+{
+    EXPECT_TRUE(m_macros.DeleteMacro(-5));
+    CMacro macro = SmallMacro();
+    macro.SetType(-3);
+    ASSERT_EQ(m_macros.InsertMacro(macro), 1);
+    EXPECT_TRUE(m_recorder->Statements().contains(
+        "insert into SC_MACRO_DEFINE \r\n values(1,\r\n'm',\r\n'',\r\n-3,\r\n'd')\r\n"));
+    EXPECT_EQ(m_recorder->Statements().first(), "delete from SC_MACRO_DEFINE where ID=-5");
+}
+
+TEST_P(MacroStoreStatementTest, FailedMaxReadStopsTheInsert)
+{
+    m_recorder->FailCall(1);
+    EXPECT_EQ(m_macros.InsertMacro(SmallMacro()), -1);
+    EXPECT_EQ(m_recorder->Calls().size(), 1);
+    EXPECT_EQ(CountRows(QStringLiteral("SC_MACRO_DEFINE")), 0);
+}
+
+// Each step of an insert failing in turn: what was written before it stays.
+TEST_P(MacroStoreStatementTest, InsertFailureKeepsWhatWasWrittenBefore)
+{
+    const struct
+    {
+        int failCall;
+        int macros;
+        int params;
+    } steps[] = {{2, 0, 0}, {3, 1, 0}, {4, 1, 0}, {5, 1, 0}, {6, 1, 1}, {7, 1, 1}};
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.failCall);
+        auto db = SecondConnection();
+        ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("delete from SC_MACRO_DEFINE")));
+        ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("delete from SC_MACROPARAM")));
+        const int before = m_recorder->Calls().size();
+        m_recorder->FailCall(before + step.failCall);
+        EXPECT_EQ(m_macros.InsertMacro(SmallMacro()), -1);
+        EXPECT_EQ(m_recorder->Calls().size(), before + step.failCall);
+        EXPECT_EQ(CountRows(QStringLiteral("SC_MACRO_DEFINE")), step.macros);
+        EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM")), step.params);
+    }
+}
+
+TEST_P(MacroStoreStatementTest, UpdateReportsWhichStepFailed)
+{
+    ASSERT_EQ(m_macros.InsertMacro(SmallMacro()), 1);
+    const struct
+    {
+        int failCall;
+        int result;
+        int paramsLeft;
+    } steps[] = {{1, 0, 2}, {2, -1, 2}, {3, -1, 2}, {4, -1, 0}, {5, -1, 0}, {6, -1, 1}};
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.failCall);
+        auto db = SecondConnection();
+        ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("delete from SC_MACROPARAM")));
+        ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("insert into SC_MACROPARAM values (1, 'a', '1', '', 0, 1, 1)")));
+        ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("insert into SC_MACROPARAM values (2, 'x', '', '', 1, 1, 0)")));
+        const int before = m_recorder->Calls().size();
+        m_recorder->FailCall(before + step.failCall);
+        EXPECT_EQ(m_macros.UpdateMacro(1, SmallMacro()), step.result);
+        EXPECT_EQ(m_recorder->Calls().size(), before + step.failCall);
+        EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM")), step.paramsLeft);
+    }
+}
+
+TEST_P(MacroStoreStatementTest, ParametersAreDeletedOnlyAfterTheMacroRow)
+{
+    ASSERT_EQ(m_macros.InsertMacro(SmallMacro()), 1);
+    const int before = m_recorder->Calls().size();
+    m_recorder->FailCall(before + 1);
+    EXPECT_FALSE(m_macros.DeleteMacro(1));
+    EXPECT_EQ(m_recorder->Calls().size(), before + 1);
+    EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM")), 2);
+    m_recorder->FailCall(before + 3);
+    EXPECT_FALSE(m_macros.DeleteMacro(1));
+    EXPECT_EQ(CountRows(QStringLiteral("SC_MACRO_DEFINE")), 0);
+    EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM")), 2);
+}
+
+TEST_P(MacroStoreStatementTest, GuardedOperationsRunNoStatementAtAll)
+{
+    CMacro macro = SmallMacro();
+    macro.OutputParams()[0].SetValue(QStringLiteral("'"));
+    EXPECT_EQ(m_macros.InsertMacro(macro), -1);
+    EXPECT_EQ(m_macros.UpdateMacro(1, macro), -1);
+    macro.SetName(QStringLiteral("'"));
+    EXPECT_EQ(m_macros.UpdateMacro(1, macro), 0);
+    EXPECT_EQ(m_params.InsertOutputParam(1, macro.OutputParams()[0]), -1);
+    EXPECT_TRUE(m_recorder->Calls().isEmpty());
+}
+
+TEST_P(MacroStoreStatementTest, ConnectInitsAndConnectsTheSystemService)
+{
+    const QString other = HomeFile(QStringLiteral("other.db"));
+    {
+        CComDB maker;
+        ASSERT_TRUE(CDBFactory::OpenSystemDatabase(maker, other));
+    }
+    ASSERT_TRUE(m_macros.Connect(other, QString(), QString()));
+    EXPECT_EQ(m_recorder->GetConnectionString(), other);
+    EXPECT_EQ(m_macros.InsertMacro(SmallMacro()), 1);
+    EXPECT_EQ(CountRows(QStringLiteral("SC_MACRO_DEFINE")), 0);
+    EXPECT_FALSE(m_macros.Connect(HomeFile(QStringLiteral("missing.db")), QString(), QString()));
+    EXPECT_EQ(m_macros.GetMaxMacroId(), -1);
+}
+
+VELMORA_INSTANTIATE_DB_BACKENDS(MacroStoreStatementTest);
+
+} // namespace

@@ -1,0 +1,23 @@
+#pragma once
+#include "CMacro.h"
+#include "CMacroParam.h"
+
+#include <QString>
+
+// Small builders for the store tests.
+inline CMacroParam MakeParam(const QString& name, const QString& value, const QString& description, int dataType)
+{
+    CMacroParam param(name, value, description);
+    param.SetDataType(static_cast<std::uint32_t>(dataType));
+    return param;
+}
+
+// A rebar macro with two inputs and one output.
+inline CMacro MakeRebarMacro(const QString& name = QStringLiteral("钢筋重量"))
+{
+    CMacro macro(3, name, QStringLiteral("每米重量"), QStringLiteral("var W = 0.00617 * d * d;\r\n"));
+    macro.InputParams().Add(MakeParam(QStringLiteral("d"), QStringLiteral("12"), QStringLiteral("直径"), 1));
+    macro.InputParams().Add(MakeParam(QStringLiteral("grade"), QStringLiteral("HRB400"), QStringLiteral("牌号"), 0));
+    macro.OutputParams().Add(MakeParam(QStringLiteral("W"), QString(""), QStringLiteral("kg/m"), 1));
+    return macro;
+}
