@@ -41,11 +41,14 @@ std::size_t NativeStackQuota()
     return std::min<std::size_t>(quota, 16 * kMiB);
 }
 
-JSObject* NewGlobalObject(JSContext* cx, JSObject* zoneOf)
+// Every global of a thread shares one compartment (and so one zone): a new
+// realm there is cheaper than one with a compartment of its own, and realms
+// never reach into each other, so no wrappers are ever needed.
+JSObject* NewGlobalObject(JSContext* cx, JSObject* compartmentOf)
 {
     JS::RealmOptions options;
-    if (zoneOf)
-        options.creationOptions().setNewCompartmentInExistingZone(zoneOf);
+    if (compartmentOf)
+        options.creationOptions().setExistingCompartment(compartmentOf);
     else
         options.creationOptions().setNewCompartmentAndZone();
     return JS_NewGlobalObject(cx, &kGlobalClass, nullptr, JS::FireOnNewGlobalHook, options);
@@ -77,7 +80,7 @@ std::unique_ptr<CJsRuntime> CJsRuntime::Create()
     JSObject* anchor = NewGlobalObject(cx, nullptr);
     if (!anchor)
         return nullptr;
-    runtime->m_zoneAnchor = std::make_unique<JS::PersistentRooted<JSObject*>>(cx, anchor);
+    runtime->m_compartmentAnchor = std::make_unique<JS::PersistentRooted<JSObject*>>(cx, anchor);
     return runtime;
 }
 
@@ -95,7 +98,7 @@ CJsRuntime::CJsRuntime(JSContext* cx)
 CJsRuntime::~CJsRuntime()
 {
     DetachAll();
-    m_zoneAnchor.reset();
+    m_compartmentAnchor.reset();
     CJsEngine::Instance().Watchdog().Unregister(&m_slot);
     CJsEngine::Instance().DestroyContext(m_cx);
 }
@@ -114,7 +117,7 @@ JSObject* CJsRuntime::NewGlobal()
 {
     if (++m_globalsSinceCollection >= kGlobalsPerCollection)
         CollectGarbage();
-    return NewGlobalObject(m_cx, m_zoneAnchor ? m_zoneAnchor->get() : nullptr);
+    return NewGlobalObject(m_cx, m_compartmentAnchor ? m_compartmentAnchor->get() : nullptr);
 }
 
 void CJsRuntime::CollectGarbage()

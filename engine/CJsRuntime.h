@@ -14,8 +14,8 @@
 class CJsRealm;
 
 // The JavaScript engine of one thread: its context (made on first use,
-// destroyed when the thread ends), the zone every global of the thread lives
-// in, the watchdog slot that enforces the host's time budget per run, and the
+// destroyed when the thread ends), the compartment every global of the
+// thread lives in, the watchdog slot that enforces the host's time budget per run, and the
 // garbage collection that keeps many short-lived globals from piling up.
 //
 // Globals live in CJsRealm objects. A realm is bound to the runtime of the
@@ -91,7 +91,7 @@ private:
 
     JSContext* m_cx = nullptr;
     std::shared_ptr<Link> m_link;
-    std::unique_ptr<JS::PersistentRooted<JSObject*>> m_zoneAnchor;
+    std::unique_ptr<JS::PersistentRooted<JSObject*>> m_compartmentAnchor;
     CJsWatchdog::Slot m_slot;
     std::uint64_t m_run = 0;
     int m_runDepth = 0;

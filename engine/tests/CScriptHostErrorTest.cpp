@@ -1,0 +1,122 @@
+#include "CScriptHost.h"
+#include "EngineTestSupport.h"
+#include "TestEnvironment.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+struct ErrorCase
+{
+    const char* name;
+    const char* script;
+    const char* expected;
+};
+
+class ScriptHostErrorTest : public TempHomeTest, public ::testing::WithParamInterface<ErrorCase>
+{
+};
+
+TEST_P(ScriptHostErrorTest, ComposesDescriptionSourceLineAndLineNumber)
+{
+    CScriptHost host;
+    EXPECT_FALSE(host.ExecuteStatement(QString::fromUtf8(GetParam().script)));
+    EXPECT_EQ(host.GetErrorText(), QString::fromUtf8(GetParam().expected));
+}
+
+const ErrorCase kErrorCases[] = {
+    {"ReferenceOnSecondLine", "var a = 1;\r\nvar b = c;", "Error: c is not defined, var b = c;; in line 2"},
+    {"LfAndLoneCrBreakLines", "var a = 1;\nvar b = 2;\rthrow 3;", "Error: uncaught exception: 3, throw 3;; in line 3"},
+    {"CrLfIsOneBreak", "\r\n\r\n\r\nthrow 3;", "Error: uncaught exception: 3, throw 3;; in line 4"},
+    {"ThrowNull", "throw null", "Error: uncaught exception: null, throw null; in line 1"},
+    {"ThrowObject", "var o = 1;\r\nthrow {};", "Error: uncaught exception: Object, throw {};; in line 2"},
+    {"ThrowString", "throw 'abc'", "Error: uncaught exception: abc, throw 'abc'; in line 1"},
+    {"SyntaxError", "var ok = 1;\r\nvar x = ;", "Error: expected expression, got ';', var x = ;; in line 2"},
+    {"ErrorInsideFunction", "\r\nfunction f() {\r\n  return g();\r\n}\r\nf();",
+     "Error: g is not defined,   return g();; in line 3"},
+    {"ChineseMessage", "var s = '钢筋';\r\nthrow new Error('长度' + s);",
+     "Error: 长度钢筋, throw new Error('长度' + s);; in line 2"},
+    {"EvalReportsCallingLine", "var a = 1;\r\neval('1 +\\n zz');", "Error: zz is not defined, eval('1 +\\n zz');; in line 2"},
+    {"TypeError", "null.f();", "Error: null has no properties, null.f();; in line 1"},
+    {"Recursion", "function f(n) { return f(n + 1) + 1; }\r\nf(0);",
+     "Error: too much recursion, function f(n) { return f(n + 1) + 1; }; in line 1"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Cases, ScriptHostErrorTest, ::testing::ValuesIn(kErrorCases),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+class ScriptHostErrorTextTest : public TempHomeTest
+{
+};
+
+TEST_F(ScriptHostErrorTextTest, LongTextIsCutToExactly256Characters)
+{
+    CScriptHost host;
+    EXPECT_FALSE(host.ExecuteStatement(QStringLiteral("throw new Error('x'.repeat(300));")));
+    const QString text = host.GetErrorText();
+    EXPECT_EQ(text.size(), CScriptHost::kMaxErrorText);
+    EXPECT_EQ(text, (QStringLiteral("Error: ") + QString(300, QLatin1Char('x'))).left(256));
+}
+
+TEST_F(ScriptHostErrorTextTest, CutOnlyBeyond256Characters)
+{
+    // The full text of throw Error('m...m') + pad has 2m + 36 + pad characters.
+    const struct
+    {
+        int m;
+        int pad;
+        int fullLength;
+    } cases[] = {{109, 1, 255}, {110, 0, 256}, {110, 1, 257}, {111, 0, 258}};
+    for (const auto& c : cases)
+    {
+        CScriptHost host;
+        const QString message(c.m, QLatin1Char('m'));
+        const QString statement = QStringLiteral("throw Error('%1')%2;").arg(message, QString(c.pad, QLatin1Char(' ')));
+        const QString full = QStringLiteral("Error: ") + message + QStringLiteral(", ") + statement
+                           + QStringLiteral("; in line 1");
+        ASSERT_EQ(full.size(), c.fullLength);
+        EXPECT_FALSE(host.ExecuteStatement(statement));
+        EXPECT_EQ(host.GetErrorText(), full.left(256)) << c.fullLength;
+    }
+}
+
+TEST_F(ScriptHostErrorTextTest, ReadingClearsTheError)
+{
+    CScriptHost host;
+    EXPECT_FALSE(host.ExecuteStatement(QStringLiteral("throw 1")));
+    EXPECT_EQ(host.GetErrorText(), QStringLiteral("Error: uncaught exception: 1, throw 1; in line 1"));
+    EXPECT_EQ(host.GetErrorText(), QStringLiteral("Error: , ; in line 0"));
+}
+
+TEST_F(ScriptHostErrorTextTest, ErrorStaysUntilReadAcrossSuccessfulRuns)
+{
+    CScriptHost host;
+    EXPECT_FALSE(host.ExecuteStatement(QStringLiteral("throw 1")));
+    EXPECT_TRUE(host.ExecuteStatement(QStringLiteral("var a = 2;")));
+    EXPECT_EQ(host.GetErrorText(), QStringLiteral("Error: uncaught exception: 1, throw 1; in line 1"));
+}
+
+TEST_F(ScriptHostErrorTextTest, LineOfAFunctionCountsInTheTextThatDefinedIt)
+{
+    CScriptHost host;
+    ASSERT_TRUE(host.AddScript(QStringLiteral("var k = 1;\r\nfunction f() {\r\n  return missing;\r\n}")));
+    EXPECT_FALSE(host.ExecuteStatement(QStringLiteral("var r = f();")));
+    EXPECT_EQ(host.GetErrorText(), QStringLiteral("Error: missing is not defined,   return missing;; in line 3"));
+}
+
+TEST_F(ScriptHostErrorTextTest, FailedEvaluateGivesEmptyValueAndLeavesItsError)
+{
+    CScriptHost host;
+    EXPECT_FALSE(host.Evaluate(QStringLiteral("undeclared")).isValid());
+    EXPECT_EQ(host.GetErrorText(), QStringLiteral("Error: undeclared is not defined, undeclared; in line 1"));
+}
+
+TEST_F(ScriptHostErrorTextTest, ThrowingToStringDoesNotRunWhileComposing)
+{
+    CScriptHost host;
+    EXPECT_FALSE(host.ExecuteStatement(QStringLiteral("var hits = 0;\r\nthrow { toString() { hits++; return 'x'; } };")));
+    EXPECT_EQ(host.GetErrorText(),
+              QStringLiteral("Error: uncaught exception: Object, throw { toString() { hits++; return 'x'; } };; in line 2"));
+    EXPECT_EQ(host.Evaluate(QStringLiteral("hits")).toString(), QStringLiteral("0"));
+}
+} // namespace
