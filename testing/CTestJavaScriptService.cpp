@@ -1,18 +1,20 @@
 #include "CTestJavaScriptService.h"
 
 #include "CAccessSysData_MacrosTable.h"
+#include "CMacroParam.h"
 #include "COutPutTextTable.h"
 #include "CProgressDlg_Control.h"
 #include "CSysMacrosTable.h"
 #include "CTestCaseInfoTable.h"
 #include "CUIServices.h"
-#include "CMacroParam.h"
 #include "NativePath.h"
 #include "QxMfcFun.h"
 #include "UIFunction.h"
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <atomic>
+#include <iterator>
 
 using QxMfc::Fun;
 

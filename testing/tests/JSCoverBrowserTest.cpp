@@ -11,6 +11,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QThread>
@@ -90,6 +91,18 @@ bool Accepts(int port)
     if (fd >= 0)
         ::close(fd);
     return ok;
+}
+
+// JSCover keeps source lines HTML-escaped, non-ASCII as "&#n;".
+QString HtmlUnescape(QString text)
+{
+    static const QRegularExpression reference(QStringLiteral("&#(\\d+);"));
+    QRegularExpressionMatch match;
+    while ((match = reference.match(text)).hasMatch())
+        text.replace(match.capturedStart(), match.capturedLength(), QChar(match.captured(1).toInt()));
+    return text.replace(QStringLiteral("&lt;"), QStringLiteral("<"))
+        .replace(QStringLiteral("&gt;"), QStringLiteral(">"))
+        .replace(QStringLiteral("&amp;"), QStringLiteral("&"));
 }
 
 bool WaitForServer(ExternalProcess& server, int port, int timeoutMs)
@@ -186,7 +199,8 @@ TEST_F(JSCoverBrowserTest, ReportCountsTheLinesTheCasesReach)
     // The Chinese comment came through the GBK file and the server intact.
     const QJsonArray source = report.value("/RunJs.js").toObject().value("source").toArray();
     ASSERT_GE(source.size(), 2);
-    EXPECT_EQ(source.at(1).toString(), QStringLiteral("// 箍筋根数"));
+    EXPECT_EQ(HtmlUnescape(source.at(1).toString()), QStringLiteral("// 箍筋根数"));
+    EXPECT_EQ(HtmlUnescape(source.at(3).toString()), QStringLiteral("if (d > 10) {"));
     // Each case's setter ran once.
     const QJsonArray main = report.value("/mainJs.js").toObject().value("coverage").toArray();
     int counted = 0;
