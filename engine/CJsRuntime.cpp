@@ -90,6 +90,7 @@ CJsRuntime::CJsRuntime(JSContext* cx)
     m_link->runtime = this;
     JS_SetContextPrivate(cx, this);
     JS_AddInterruptCallback(cx, &CJsRuntime::OnInterrupt);
+    JS_SetGCCallback(cx, &CJsRuntime::OnGarbageCollected, this);
     m_slot.growthAllowanceKb.store(static_cast<long>(m_heapLimit / 1024u) * kRunGrowthInHeapLimits);
     m_slot.cx = cx;
     CJsEngine::Instance().Watchdog().Register(&m_slot);
@@ -151,6 +152,7 @@ void CJsRuntime::BeginRun()
         return;
     m_timedOut = false;
     m_outOfMemory = false;
+    m_heapFull = false;
     m_stopFile.clear();
     m_stopLine = 0;
     m_budgetMs = HostContext::Instance().ScriptTimeBudgetMs();
@@ -164,12 +166,25 @@ void CJsRuntime::EndRun()
     CJsWatchdog::Disarm(m_slot);
 }
 
+void CJsRuntime::OnGarbageCollected(JSContext* cx, JSGCStatus status, JS::GCReason, void* data)
+{
+    auto* runtime = static_cast<CJsRuntime*>(data);
+    if (status != JSGC_END || runtime->m_runDepth == 0 || runtime->m_heapFull)
+        return;
+    const double inUse = JS_GetGCParameter(cx, JSGC_BYTES);
+    if (inUse > kFullHeapShare * runtime->m_heapLimit)
+    {
+        runtime->m_heapFull = true;
+        JS_RequestInterruptCallback(cx);
+    }
+}
+
 bool CJsRuntime::OnInterrupt(JSContext* cx)
 {
     auto* runtime = static_cast<CJsRuntime*>(JS_GetContextPrivate(cx));
     if (!runtime || runtime->m_runDepth == 0)
         return true;
-    runtime->m_outOfMemory = CJsWatchdog::HasOutgrown(runtime->m_slot, runtime->m_run);
+    runtime->m_outOfMemory = runtime->m_heapFull || CJsWatchdog::HasOutgrown(runtime->m_slot, runtime->m_run);
     runtime->m_timedOut = !runtime->m_outOfMemory && CJsWatchdog::HasExpired(runtime->m_slot, runtime->m_run);
     if (!runtime->m_outOfMemory && !runtime->m_timedOut)
         return true;

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <vector>
 
+#include <js/GCAPI.h>
 #include <js/RootingAPI.h>
 #include <js/TypeDecls.h>
 
@@ -15,8 +16,9 @@ class CJsRealm;
 
 // The JavaScript engine of one thread: its context (made on first use,
 // destroyed when the thread ends), the compartment every global of the
-// thread lives in, the watchdog slot that enforces the host's time budget per run, and the
-// garbage collection that keeps many short-lived globals from piling up.
+// thread lives in, the watchdog slot that enforces the host's time budget
+// per run, the heap limit, and the garbage collection that keeps many
+// short-lived globals from piling up.
 //
 // Globals live in CJsRealm objects. A realm is bound to the runtime of the
 // thread that used it last; the runtime's Link lets a realm that moved to
@@ -77,6 +79,10 @@ public:
     // How far a run may grow the process, in heap limits, before the
     // watchdog stops it (memory outside the GC heap has no other limit).
     static constexpr int kRunGrowthInHeapLimits = 2;
+    // A collection that leaves more than this share of the heap limit in use
+    // means the script holds on to nearly everything: rather than collect
+    // again and again for ever less room, the run is stopped there.
+    static constexpr double kFullHeapShare = 0.9;
 
     ~CJsRuntime();
     CJsRuntime(const CJsRuntime&) = delete;
@@ -86,6 +92,7 @@ private:
     explicit CJsRuntime(JSContext* cx);
     static std::unique_ptr<CJsRuntime> Create();
     static bool OnInterrupt(JSContext* cx);
+    static void OnGarbageCollected(JSContext* cx, JSGCStatus status, JS::GCReason reason, void* data);
 
     void DetachAll();
 
@@ -98,6 +105,7 @@ private:
     int m_budgetMs = 0;
     bool m_timedOut = false;
     bool m_outOfMemory = false;
+    bool m_heapFull = false;
     std::string m_stopFile;
     unsigned m_stopLine = 0;
     int m_globalsSinceCollection = 0;

@@ -1,0 +1,161 @@
+#include "CJsRuntime.h"
+#include "CMacroImplement.h"
+#include "CScriptHost.h"
+#include "EngineTestSupport.h"
+#include "HostContext.h"
+#include "TestEnvironment.h"
+
+#include <QRegularExpression>
+#include <gtest/gtest.h>
+
+namespace
+{
+// Every test here leaves the thread's engine as it found it: budget and
+// heap limit are put back after the test.
+class HostileScriptTest : public TempHomeTest
+{
+protected:
+    void SetUp() override
+    {
+        TempHomeTest::SetUp();
+        ASSERT_NE(CJsRuntime::Current(), nullptr);
+        m_heapLimit = CJsRuntime::Current()->HeapLimitBytes();
+    }
+    void TearDown() override
+    {
+        CJsRuntime::Current()->SetHeapLimitBytes(m_heapLimit);
+        HostContext::Instance().SetScriptTimeBudgetMs(HostContext::kDefaultScriptBudgetMs);
+        TempHomeTest::TearDown();
+    }
+
+    static void SetBudget(int ms) { HostContext::Instance().SetScriptTimeBudgetMs(ms); }
+    static void SetHeapLimitMb(unsigned mb) { CJsRuntime::Current()->SetHeapLimitBytes(mb * 1024u * 1024u); }
+
+    CScriptHost m_host;
+    std::uint32_t m_heapLimit = 0;
+};
+
+TEST_F(HostileScriptTest, EndlessLoopRunsOutOfTimeAndTheNextRunWorks)
+{
+    SetBudget(200);
+    const QString script = QStringLiteral("var i = 0;\r\nwhile (true) {\r\n  i++;\r\n}");
+    EXPECT_FALSE(m_host.ExecuteStatement(script));
+    const QString error = m_host.GetErrorText();
+    const QRegularExpression form(QStringLiteral("^Error: 脚本运行超时\\(超过200毫秒\\), (.*); in line (\\d+)$"));
+    const QRegularExpressionMatch match = form.match(error);
+    ASSERT_TRUE(match.hasMatch()) << error.toStdString();
+    const int line = match.captured(2).toInt();
+    ASSERT_TRUE(line == 2 || line == 3) << line;
+    EXPECT_EQ(match.captured(1), script.split(QStringLiteral("\r\n"))[line - 1]);
+
+    EXPECT_TRUE(m_host.ExecuteStatement(QStringLiteral("var after = 1;")));
+    EXPECT_EQ(m_host.Evaluate(QStringLiteral("i > 0 && after")).toString(), QStringLiteral("1"));
+}
+
+TEST_F(HostileScriptTest, ScriptCannotCatchOrOutlastTheTimeout)
+{
+    SetBudget(150);
+    const char* scripts[] = {
+        "try { for (;;) {} } catch (e) {}\r\nvar after = 1;",
+        "try { for (;;) {} } finally { for (;;) {} }\r\nvar after = 1;",
+        "function f() { try { return f(); } catch (e) { return f(); } }\r\nwhile (true) { try { f(); } catch (e) {} }",
+    };
+    for (const char* script : scripts)
+    {
+        m_host.ResetScript();
+        EXPECT_FALSE(m_host.ExecuteStatement(QString::fromUtf8(script))) << script;
+        EXPECT_TRUE(m_host.GetErrorText().startsWith(QStringLiteral("Error: 脚本运行超时(超过150毫秒), "))) << script;
+        EXPECT_FALSE(m_host.Evaluate(QStringLiteral("after")).isValid()) << script;
+    }
+}
+
+TEST_F(HostileScriptTest, BudgetIsReadForEveryRun)
+{
+    const struct
+    {
+        int budgetMs;
+        int busyMs;
+        bool ok;
+    } cases[] = {{0, 300, true}, {2000, 50, true}, {100, 3000, false}, {5000, 50, true}};
+    for (const auto& c : cases)
+    {
+        SetBudget(c.budgetMs);
+        const QString script = QStringLiteral("var t = Date.now(); while (Date.now() - t < %1) {}").arg(c.busyMs);
+        EXPECT_EQ(m_host.ExecuteStatement(script), c.ok) << c.budgetMs << " " << c.busyMs;
+    }
+}
+
+TEST_F(HostileScriptTest, OutputWhoseConversionNeverEndsIsMissing)
+{
+    SetBudget(200);
+    CMacroImplement macro;
+    CArray<CMacroParam> outputs;
+    outputs.Add(CMacroParam(QStringLiteral("A"), QString(), QString()));
+    outputs.Add(CMacroParam(QStringLiteral("B"), QString(), QString()));
+    ASSERT_EQ(macro.ExecuteScript(QStringLiteral("var A = { toString: function () { for (;;) {} } };\r\nvar B = 2;"), outputs), 1);
+    EXPECT_EQ(outputs[0].GetValue(), QStringLiteral("参数不存在!"));
+    EXPECT_EQ(outputs[1].GetValue(), QStringLiteral("2"));
+}
+
+TEST_F(HostileScriptTest, GcHeapLimitEndsAnAllocatingScript)
+{
+    SetHeapLimitMb(32);
+    EXPECT_FALSE(m_host.ExecuteStatement(QStringLiteral("var a = [];\r\nwhile (true) a.push([1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12]);")));
+    EXPECT_TRUE(m_host.GetErrorText().startsWith(QStringLiteral("Error: 脚本内存不足(堆上限32 MB), ")));
+    m_host.ResetScript();
+    EXPECT_TRUE(m_host.ExecuteStatement(QStringLiteral("var b = [1, 2, 3].map(function (x) { return x * 2; });")));
+    EXPECT_EQ(m_host.Evaluate(QStringLiteral("b")).toString(), QStringLiteral("2,4,6"));
+}
+
+TEST_F(HostileScriptTest, GrowthOutsideTheGcHeapIsStoppedToo)
+{
+    SetHeapLimitMb(32);
+    const QString script = QStringLiteral("var a = [];\r\nwhile (true) a.push(a.length);");
+    EXPECT_FALSE(m_host.ExecuteStatement(script));
+    EXPECT_EQ(m_host.GetErrorText(), QStringLiteral("Error: 脚本内存不足(堆上限32 MB), while (true) a.push(a.length);; in line 2"));
+    m_host.ResetScript();
+    EXPECT_TRUE(m_host.ExecuteStatement(QStringLiteral("var ok = 1;")));
+}
+
+TEST_F(HostileScriptTest, RunawayRecursionIsAnErrorAndTheEngineStaysUsable)
+{
+    const char* scripts[] = {
+        "function f(n) { return f(n + 1) + 1; }\r\nf(0);",
+        "var o = { get x() { return this.x; } };\r\no.x;",
+        "function g() { return [1].map(g); }\r\ng();",
+        "var s = { toString: function () { return '' + s; } };\r\nString(s);",
+    };
+    for (const char* script : scripts)
+    {
+        m_host.ResetScript();
+        EXPECT_FALSE(m_host.ExecuteStatement(QString::fromUtf8(script))) << script;
+        EXPECT_TRUE(m_host.GetErrorText().startsWith(QStringLiteral("Error: too much recursion, "))) << script;
+        EXPECT_TRUE(m_host.ExecuteStatement(QStringLiteral("var fine = 1;"))) << script;
+    }
+}
+
+TEST_F(HostileScriptTest, OversizedStringsAreErrors)
+{
+    EXPECT_FALSE(m_host.ExecuteStatement(QStringLiteral("var s = 'x';\r\nwhile (true) s += s;")));
+    EXPECT_EQ(m_host.GetErrorText(), QStringLiteral("Error: allocation size overflow, while (true) s += s;; in line 2"));
+    EXPECT_FALSE(m_host.ExecuteStatement(QStringLiteral("'x'.repeat(-1)")));
+    EXPECT_EQ(m_host.GetErrorText(), QStringLiteral("Error: repeat count must be non-negative, 'x'.repeat(-1); in line 1"));
+}
+
+TEST_F(HostileScriptTest, ThousandsOfResetsKeepWorking)
+{
+    // Old globals are only reclaimed by the scheduled collections.
+    CMacroImplement macro;
+    CArray<CMacroParam> inputs;
+    inputs.Add(CMacroParam(QStringLiteral("L"), QStringLiteral("3"), QString()));
+    inputs[0].SetDataType(1);
+    for (int run = 0; run < 3000; ++run)
+    {
+        CArray<CMacroParam> outputs;
+        outputs.Add(CMacroParam(QStringLiteral("A"), QString(), QString()));
+        const QString script = QStringLiteral("var big = new Array(1000).fill(%1);\r\nvar A = L * %1;").arg(run);
+        ASSERT_EQ(macro.ExecuteScript(script, inputs, outputs), 1) << run << macro.GetError().toStdString();
+        ASSERT_EQ(outputs[0].GetValue(), QString::number(3 * run));
+    }
+}
+} // namespace
