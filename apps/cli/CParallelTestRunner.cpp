@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -96,8 +97,17 @@ void CParallelTestRunner::RunThreaded(const QList<Script>& scripts, const Report
     };
     std::vector<std::thread> workers;
     const int workerCount = WorkersFor(count);
-    for (int w = 0; w < workerCount; ++w)
-        workers.emplace_back(work);
+    for (int w = 0; w < workerCount; ++w) {
+        try {
+            workers.emplace_back(work);
+        } catch (const std::system_error&) {
+            break; // out of threads: the ones running share the scripts
+        }
+    }
+    if (workers.empty()) {
+        RunInline(scripts, sink);
+        return;
+    }
     for (int i = 0; i < count; ++i) {
         const Finished finished = board.Take(i);
         sink(i, finished.report, finished.seconds);

@@ -118,14 +118,14 @@ void CTestCli::RunScripts()
         m_service->AppendReport(report);
         if (!m_options.JUnitFile().isEmpty())
             m_junit.Add(report, seconds);
-        Collect(index, report);
+        Collect(report);
         announce(index + 1);
     });
     progress.SetProgressInfo(CProgressDlg_Control::CProgressInfo(QString(), int(m_scripts.size()), int(m_scripts.size())));
     progress.Close();
 }
 
-void CTestCli::Collect(int, const CScriptTestReport& report)
+void CTestCli::Collect(const CScriptTestReport& report)
 {
     for (const CTestCaseOutcome& outcome : report.outcomes) {
         if (outcome.passed) {

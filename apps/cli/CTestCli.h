@@ -28,7 +28,7 @@ private:
     int Prepare(const QStringList& args);
     bool SelectScripts();
     void RunScripts();
-    void Collect(int index, const CScriptTestReport& report);
+    void Collect(const CScriptTestReport& report);
     int Finish();
     void PrintSummary(double seconds) const;
     int SetupError(const QString& reason) const;

@@ -4,14 +4,15 @@
 # core, runs the same texts through the Node.js peer (a fresh vm context per
 # case), and prints cases per second, peak memory and the ratios. Then runs
 # FLAT_CASES cases per script (100,000 in all by default) and samples the
-# runner's resident memory while it works. Set FLAT_CASES=0 to skip that.
+# runner's resident memory while it works. Set FLAT_CASES=0 to skip that,
+# SUITE=0 to run only that.
 set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
 root="$(cd "$here/../.." && pwd)"
 build="${VELMORA_BUILD_DIR:-$root/build}"
 bin="$build/apps/cli/velmora-test"
 seed="$build/bench/suite/velmora-suite-seed"
-SCRIPTS="${SCRIPTS:-50}" CASES="${CASES:-20}" LINES="${LINES:-2000}" FLAT_CASES="${FLAT_CASES:-2000}"
+SCRIPTS="${SCRIPTS:-50}" CASES="${CASES:-20}" LINES="${LINES:-2000}" FLAT_CASES="${FLAT_CASES:-2000}" SUITE="${SUITE:-1}"
 cores="$(nproc)"
 for f in "$bin" "$seed"; do
   [ -x "$f" ] || { echo "missing $f: build first (scripts/build.sh)" >&2; exit 2; }
@@ -38,23 +39,26 @@ run_cli() { # name jobs
 
 rate() { awk -v n="$1" -v s="$2" 'BEGIN { printf "%.1f", (s > 0 ? n / s : 0) }'; }
 
-prepare suite "$SCRIPTS" "$CASES"
-echo "suite: $SCRIPTS scripts x $CASES cases, GlobalFun.txt $LINES lines, $cores cores"
-read -r n1 s1 m1 e1 f1 < <(run_cli suite 1)
-read -r nN sN mN eN fN < <(run_cli suite "$cores")
-/usr/bin/time -f '%e %M' -o "$work/time" node "$here/node_peer.js" "$work/suite/suite.json" "$work/suite/GlobalFun.js" >"$work/node"
-read -r sNode mNode <"$work/time"
-nNode="$(sed -E 's/.*cases=([0-9]+).*/\1/' "$work/node")"
-r1="$(rate "$n1" "$s1")"; rN="$(rate "$nN" "$sN")"; rNode="$(rate "$nNode" "$sNode")"
-printf '%-28s %8s %10s %12s %8s\n' runner cases seconds cases/s peak_MB
-printf '%-28s %8s %10s %12s %8s\n' "velmora-test --jobs 1" "$n1" "$s1" "$r1" "$((m1 / 1024))"
-printf '%-28s %8s %10s %12s %8s\n' "velmora-test --jobs $cores" "$nN" "$sN" "$rN" "$((mN / 1024))"
-printf '%-28s %8s %10s %12s %8s\n' "node vm peer" "$nNode" "$sNode" "$rNode" "$((mNode / 1024))"
-echo "node peer: $(cat "$work/node")"
-echo "failed cases: jobs 1: $f1, jobs $cores: $fN (exit $e1 / $eN)"
-awk -v a="$r1" -v b="$rNode" -v c="$rN" -v k="$cores" 'BEGIN {
+bench_suite() {
+  prepare suite "$SCRIPTS" "$CASES"
+  echo "suite: $SCRIPTS scripts x $CASES cases, GlobalFun.txt $LINES lines, $cores cores"
+  read -r n1 s1 m1 e1 f1 < <(run_cli suite 1)
+  read -r nN sN mN eN fN < <(run_cli suite "$cores")
+  /usr/bin/time -f '%e %M' -o "$work/time" node "$here/node_peer.js" "$work/suite/suite.json" "$work/suite/GlobalFun.js" >"$work/node"
+  read -r sNode mNode <"$work/time"
+  nNode="$(sed -E 's/.*cases=([0-9]+).*/\1/' "$work/node")"
+  r1="$(rate "$n1" "$s1")"; rN="$(rate "$nN" "$sN")"; rNode="$(rate "$nNode" "$sNode")"
+  printf '%-28s %8s %10s %12s %8s\n' runner cases seconds cases/s peak_MB
+  printf '%-28s %8s %10s %12s %8s\n' "velmora-test --jobs 1" "$n1" "$s1" "$r1" "$((m1 / 1024))"
+  printf '%-28s %8s %10s %12s %8s\n' "velmora-test --jobs $cores" "$nN" "$sN" "$rN" "$((mN / 1024))"
+  printf '%-28s %8s %10s %12s %8s\n' "node vm peer" "$nNode" "$sNode" "$rNode" "$((mNode / 1024))"
+  echo "node peer: $(cat "$work/node")"
+  echo "failed cases: jobs 1: $f1, jobs $cores: $fN (exit $e1 / $eN)"
+  awk -v a="$r1" -v b="$rNode" -v c="$rN" -v k="$cores" 'BEGIN {
   printf "ratio velmora(1 job) / node: %.2f\n", a / b
   printf "speed-up with %d jobs: %.2f\n", k, c / a }'
+}
+[ "$SUITE" = 0 ] || bench_suite
 
 [ "$FLAT_CASES" -gt 0 ] || exit 0
 prepare flat "$SCRIPTS" "$FLAT_CASES"
@@ -70,10 +74,11 @@ while kill -0 "$pid" 2>/dev/null; do
 done
 wait "$pid" || true
 grep -E 'passed|velmora-test:' "$work/out"
-printf '%s\n' "${samples[@]}" | awk -v total="$total" '
+printf '%s\n' "${samples[@]}" | awk '
   { v[NR] = $1; if ($1 > max) max = $1 }
   END {
     if (NR == 0) { print "no samples"; exit }
-    q = int(NR / 4); if (q < 1) q = 1
+    a = int(NR / 4); b = int(NR / 2); c = int(3 * NR / 4)
+    if (a < 1) a = 1; if (b < 1) b = 1; if (c < 1) c = 1
     printf "RSS MB at 25%%/50%%/75%%/end of the run: %.1f %.1f %.1f %.1f, peak %.1f (%d samples)\n",
-      v[q] / 1024, v[2 * q > NR ? NR : 2 * q] / 1024, v[3 * q > NR ? NR : 3 * q] / 1024, v[NR] / 1024, max / 1024, NR }'
+      v[a] / 1024, v[b] / 1024, v[c] / 1024, v[NR] / 1024, max / 1024, NR }'

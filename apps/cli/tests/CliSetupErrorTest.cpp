@@ -44,6 +44,10 @@ TEST_F(CliSetupErrorTest, MissingOrUnusableFolders)
     ExpectSetupError(Run({QStringLiteral("--system-db"), missing}), missing);
     const QString junit = HomeFile(QStringLiteral("no/such/junit.xml"));
     ExpectSetupError(Run({QStringLiteral("--junit"), junit}), QStringLiteral("junit.xml"));
+    // A home whose drive C (where the result file goes) cannot be made.
+    ASSERT_TRUE(QDir().mkpath(HomeFile(QStringLiteral("h2/drives"))));
+    ASSERT_TRUE(WriteBytes(HomeFile(QStringLiteral("h2/drives/c")), "x"));
+    ExpectSetupError(Run({QStringLiteral("--home"), HomeFile(QStringLiteral("h2"))}), HomeFile(QStringLiteral("h2")));
     // Nothing was seeded by the failed starts.
     EXPECT_FALSE(QFileInfo::exists(HostContext::Instance().SystemDatabase()));
 }
