@@ -18,7 +18,9 @@ class CDataServiceAbsolute;
 // host context's system database moves it there; a connection made by an
 // explicit Connect call (CMacroDataManager::Connect) is kept until DisConnect.
 // A missing system database file is created with the schema (CSysDataSchema);
-// on SQLite and PostgreSQL alike missing tables are created on connecting.
+// on SQLite and PostgreSQL alike missing tables are created on connecting. A
+// SQLite system database is switched to a write-ahead log (files "-wal" and
+// "-shm" beside it) with synchronous=NORMAL.
 class CDBFactory
 {
 public:

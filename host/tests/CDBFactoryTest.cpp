@@ -50,6 +50,19 @@ TEST_F(DBFactoryTest, FirstUseCreatesTheSystemDatabaseWithItsSchema)
     EXPECT_EQ(CConnectManager::Instance()->GetFileDir(2), path);
 }
 
+TEST_F(DBFactoryTest, SqliteSystemDatabaseKeepsAWriteAheadLog)
+{
+    QString mode;
+    ASSERT_TRUE(CDBFactory::GetSingle(0)->Retrieve(QStringLiteral("PRAGMA journal_mode"), mode));
+    EXPECT_EQ(mode, QStringLiteral("wal"));
+    CComDB plain;
+    const QString other = HomeFile(QStringLiteral("plain.db"));
+    ASSERT_TRUE(WriteBytes(other, QByteArray()));
+    ASSERT_TRUE(plain.Connect(other, QString(), QString()));
+    ASSERT_TRUE(plain.Retrieve(QStringLiteral("PRAGMA journal_mode"), mode));
+    EXPECT_EQ(mode, QStringLiteral("delete"));
+}
+
 TEST_F(DBFactoryTest, OnlyTypeZeroIsKnown)
 {
     EXPECT_EQ(CDBFactory::GetSingle(1), nullptr);

@@ -110,8 +110,10 @@ TEST_P(MacroStoreGuardTest, LockedDatabaseFailsCleanly)
     EXPECT_EQ(m_macros.InsertMacro(MakeRebarMacro()), -1);
     EXPECT_FALSE(m_macros.DeleteMacro(1));
     EXPECT_EQ(m_macros.UpdateMacro(1, MakeRebarMacro(QStringLiteral("x"))), 0);
+    // SQLite's write-ahead log lets readers past a writer's lock; the server's
+    // exclusive table lock stops them too.
     CArray<CMacro> all;
-    EXPECT_FALSE(m_macros.LoadAllMacros(all));
+    EXPECT_EQ(m_macros.LoadAllMacros(all), GetParam() == DbBackend::SQLite);
     ASSERT_TRUE(holder->ExecuteNonQuery(QStringLiteral("ROLLBACK")));
     ExpectTablesHold(1, 3);
     EXPECT_EQ(m_macros.InsertMacro(MakeRebarMacro()), 2);
