@@ -5,12 +5,14 @@
 
 #include <js/CallAndConstruct.h>
 #include <js/CompilationAndEvaluation.h>
+#include <js/CompileOptions.h>
 #include <js/ErrorReport.h>
 #include <js/Exception.h>
 #include <js/PropertyAndElement.h>
 #include <js/PropertyDescriptor.h>
 #include <js/SourceText.h>
 #include <js/String.h>
+#include <js/experimental/JSStencil.h>
 #include <jsapi.h>
 
 #include <algorithm>
@@ -33,19 +35,21 @@ private:
     CJsRuntime& m_runtime;
 };
 
-// "velmora-script-7" names text 7; code made by eval or Function inside it is
-// named "velmora-script-7 line 3 > eval", and then line 3 is where it came from.
-bool ParseFileName(const char* file, std::size_t& text, int& callerLine)
+// Texts are named "velmora-script-<key>"; code made by eval or Function
+// inside one is named "velmora-script-<key> line 3 > eval", and then line 3
+// is where it came from.
+bool ParseFileName(const char* file, std::string& name, int& callerLine)
 {
     if (!file || std::strncmp(file, kFilePrefix, sizeof(kFilePrefix) - 1) != 0)
         return false;
-    char* rest = nullptr;
-    text = std::strtoull(file + sizeof(kFilePrefix) - 1, &rest, 10);
+    const char* end = std::strchr(file, ' ');
+    name.assign(file, end ? static_cast<std::size_t>(end - file) : std::strlen(file));
     callerLine = 0;
-    if (rest && std::strncmp(rest, " line ", 6) == 0)
-        callerLine = static_cast<int>(std::strtol(rest + 6, nullptr, 10));
+    if (end && std::strncmp(end, " line ", 6) == 0)
+        callerLine = static_cast<int>(std::strtol(end + 6, nullptr, 10));
     return true;
 }
+
 // The engine reports running out of memory as the bare string "out of
 // memory" with no stack; a script throwing that string has one.
 bool IsEngineOutOfMemory(JSContext* cx, const JS::ExceptionStack& exception)
@@ -77,7 +81,6 @@ void CJsRealm::Reset()
         else
             Unbind();
     }
-    m_firstText += m_texts.size();
     m_texts.clear();
 }
 
@@ -139,15 +142,11 @@ JSObject* CJsRealm::Global(CJsRuntime& runtime)
     return m_global->get();
 }
 
-std::string CJsRealm::AddText(const QString& text)
+void CJsRealm::AddText(const std::string& name, const QString& text)
 {
     if (m_texts.size() >= kMaxTexts)
-    {
         m_texts.pop_front();
-        ++m_firstText;
-    }
-    m_texts.push_back(text);
-    return kFilePrefix + std::to_string(m_firstText + m_texts.size() - 1);
+    m_texts.emplace_back(name, text);
 }
 
 bool CJsRealm::Run(const QString& text, QVariant* value)
@@ -163,20 +162,42 @@ bool CJsRealm::Run(const QString& text, QVariant* value)
         return false;
     }
     JSAutoRealm entered(cx, global);
-    const std::string file = AddText(text);
-    JS::CompileOptions options(cx);
-    options.setFileAndLine(file.c_str(), 1).setNoScriptRval(value == nullptr);
-    JS::SourceText<char16_t> source;
-    JS::RootedValue result(cx);
     RunScope run(*runtime);
-    bool ok = source.init(cx, reinterpret_cast<const char16_t*>(text.utf16()),
-                          static_cast<std::size_t>(text.size()), JS::SourceOwnership::Borrowed)
-           && JS::Evaluate(cx, options, source, &result);
-    if (ok && value)
-        ok = CJsText::ValueToVariant(cx, result, *value);
+    const bool ok = Execute(*runtime, text, value);
     if (!ok)
         CaptureError(*runtime);
     return ok;
+}
+
+// Compiles the text (or takes its compiled form from the thread's cache),
+// puts it into the current global and runs it.
+bool CJsRealm::Execute(CJsRuntime& runtime, const QString& text, QVariant* value)
+{
+    JSContext* cx = runtime.Context();
+    const bool keepValue = value != nullptr;
+    const bool cached = CJsStencilCache::IsWorthCaching(text);
+    const std::string name = kFilePrefix + (cached ? CJsStencilCache::ContentName(text) : std::to_string(m_nextText++));
+    AddText(name, text);
+    JS::CompileOptions options(cx);
+    options.setFileAndLine(name.c_str(), 1).setNoScriptRval(!keepValue);
+    RefPtr<JS::Stencil> stencil = runtime.Stencils().Find(text, keepValue);
+    if (!stencil)
+    {
+        JS::SourceText<char16_t> source;
+        if (!source.init(cx, reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size()),
+                         JS::SourceOwnership::Borrowed))
+            return false;
+        stencil = JS::CompileGlobalScriptToStencil(cx, options, source);
+        if (!stencil)
+            return false;
+        runtime.Stencils().Add(text, keepValue, stencil);
+    }
+    JS::InstantiateOptions instantiate(options);
+    JS::RootedScript script(cx, JS::InstantiateGlobalStencil(cx, instantiate, stencil));
+    JS::RootedValue result(cx);
+    if (!script || !JS_ExecuteScript(cx, script, &result))
+        return false;
+    return !value || CJsText::ValueToVariant(cx, result, *value);
 }
 
 bool CJsRealm::Call(const QString& name, const QVariantList& args, QVariant& result)
@@ -290,13 +311,16 @@ void CJsRealm::CaptureStop(CJsRuntime& runtime)
 
 QString CJsRealm::SourceLineFor(const char* file, int& line) const
 {
-    std::size_t text = 0;
+    std::string name;
     int callerLine = 0;
-    if (!ParseFileName(file, text, callerLine))
+    if (!ParseFileName(file, name, callerLine))
         return QString();
     if (callerLine > 0)
         line = callerLine;
-    if (text < m_firstText || text - m_firstText >= m_texts.size())
-        return QString();
-    return CJsText::LineOf(m_texts[text - m_firstText], line);
+    for (auto it = m_texts.rbegin(); it != m_texts.rend(); ++it)
+    {
+        if (it->first == name)
+            return CJsText::LineOf(it->second, line);
+    }
+    return QString();
 }

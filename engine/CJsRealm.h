@@ -54,7 +54,8 @@ private:
     CJsRuntime* Bind();
     void Unbind();
     JSObject* Global(CJsRuntime& runtime);
-    std::string AddText(const QString& text);
+    void AddText(const std::string& name, const QString& text);
+    bool Execute(CJsRuntime& runtime, const QString& text, QVariant* value);
     void CaptureError(CJsRuntime& runtime);
     void CaptureStop(CJsRuntime& runtime);
     QString SourceLineFor(const char* file, int& line) const;
@@ -62,7 +63,7 @@ private:
     std::shared_ptr<CJsRuntime::Link> m_link;
     std::atomic<CJsRuntime*> m_runtime{nullptr};
     CJsRuntime::RootedGlobal m_global;
-    std::deque<QString> m_texts;
-    std::size_t m_firstText = 0; // number of the text at the deque's front
+    std::deque<std::pair<std::string, QString>> m_texts; // file name, text
+    std::uint64_t m_nextText = 0;
     CJsErrorInfo m_error;
 };

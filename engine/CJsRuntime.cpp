@@ -100,6 +100,7 @@ CJsRuntime::~CJsRuntime()
 {
     DetachAll();
     m_compartmentAnchor.reset();
+    m_stencils = CJsStencilCache();
     CJsEngine::Instance().Watchdog().Unregister(&m_slot);
     CJsEngine::Instance().DestroyContext(m_cx);
 }

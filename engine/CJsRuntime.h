@@ -1,4 +1,5 @@
 #pragma once
+#include "CJsStencilCache.h"
 #include "CJsWatchdog.h"
 
 #include <atomic>
@@ -63,6 +64,8 @@ public:
     unsigned StopLine() const { return m_stopLine; }
     int LastRunBudgetMs() const { return m_budgetMs; }
 
+    CJsStencilCache& Stencils() { return m_stencils; }
+
     // Drops globals that realms handed over from other threads.
     void DrainGraveyard();
 
@@ -99,6 +102,7 @@ private:
     JSContext* m_cx = nullptr;
     std::shared_ptr<Link> m_link;
     std::unique_ptr<JS::PersistentRooted<JSObject*>> m_compartmentAnchor;
+    CJsStencilCache m_stencils;
     CJsWatchdog::Slot m_slot;
     std::uint64_t m_run = 0;
     int m_runDepth = 0;
