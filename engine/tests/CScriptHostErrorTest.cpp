@@ -120,3 +120,55 @@ TEST_F(ScriptHostErrorTextTest, ThrowingToStringDoesNotRunWhileComposing)
     EXPECT_EQ(host.Evaluate(QStringLiteral("hits")).toString(), QStringLiteral("0"));
 }
 } // namespace
+
+namespace
+{
+// Long texts run again reuse their compiled form; errors and values must
+// still come from the text that ran.
+QString LongText(int lines, const QString& last)
+{
+    QString text;
+    for (int i = 1; i < lines; ++i)
+        text += QStringLiteral("var v%1 = %1; // a line long enough to make the text worth keeping compiled\r\n").arg(i);
+    return text + last;
+}
+
+TEST_F(ScriptHostErrorTextTest, LongTextRunAgainReportsTheSameErrorAndValues)
+{
+    const QString failing = LongText(60, QStringLiteral("throw new Error('late ' + v59);"));
+    ASSERT_GT(failing.size(), 4096);
+    CScriptHost host;
+    for (int run = 0; run < 3; ++run)
+    {
+        host.ResetScript();
+        EXPECT_FALSE(host.ExecuteStatement(failing)) << run;
+        EXPECT_EQ(host.GetErrorText(), QStringLiteral("Error: late 59, throw new Error('late ' + v59);; in line 60")) << run;
+    }
+    for (const char* last : {"v7 * 2", "v8 * 2"})
+    {
+        for (int run = 0; run < 2; ++run)
+        {
+            host.ResetScript();
+            const QString text = LongText(60, QString::fromUtf8(last));
+            EXPECT_EQ(host.Evaluate(text).toString(), last[1] == '7' ? QStringLiteral("14") : QStringLiteral("16"));
+            // The same text as a statement block still runs in full.
+            host.ResetScript();
+            EXPECT_TRUE(host.ExecuteStatement(text));
+            EXPECT_EQ(host.Evaluate(QStringLiteral("v59")).toString(), QStringLiteral("59"));
+        }
+    }
+}
+
+TEST_F(ScriptHostErrorTextTest, FunctionOfALongTextReportsItsOwnLine)
+{
+    const QString library = LongText(80, QStringLiteral("function bad() {\r\n  return nothing.here;\r\n}"));
+    CScriptHost host;
+    for (int run = 0; run < 2; ++run)
+    {
+        host.ResetScript();
+        ASSERT_TRUE(host.AddScript(library));
+        EXPECT_FALSE(host.ExecuteStatement(QStringLiteral("var x = 1;\r\nbad();")));
+        EXPECT_EQ(host.GetErrorText(), QStringLiteral("Error: nothing is not defined,   return nothing.here;; in line 81"));
+    }
+}
+} // namespace
