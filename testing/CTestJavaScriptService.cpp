@@ -163,8 +163,8 @@ bool CTestJavaScriptService::CompareAndLog(const QString& script, const QString&
                                            const NDataModelDataSet& after, const NDataModelDataSet& stored,
                                            QList<CTestCaseOutcome::Row>& rows)
 {
-    CTestCaseInfoTable comparison;
-    comparison.AddField(CTestCaseInfoTable::NewParmValue, FT_LongString);
+    // The comparison table: per row of the run, the stored and the new value.
+    rows.clear();
     bool mismatch = false;
     for (int row = 1; row <= after.GetRowCount(); ++row) {
         const QString name = after.GetAsString(CTestCaseInfoTable::ParmName, row);
@@ -177,17 +177,10 @@ bool CTestJavaScriptService::CompareAndLog(const QString& script, const QString&
                 found = true;
             }
         }
+        // Exact text: "3" and "3.0" differ, and so do values that differ in blanks.
         mismatch = mismatch || !found || oldValue != newValue;
-        const int added = comparison.InsertRow(0);
-        comparison.SetAsString(CTestCaseInfoTable::ParmName, added, name);
-        comparison.SetAsString(CTestCaseInfoTable::ParmValue, added, oldValue);
-        comparison.SetAsString(CTestCaseInfoTable::NewParmValue, added, newValue);
+        rows.append({name, oldValue, newValue});
     }
-    rows.clear();
-    for (int row = 1; row <= comparison.GetRowCount(); ++row)
-        rows.append({comparison.GetAsString(CTestCaseInfoTable::ParmName, row),
-                     comparison.GetAsString(CTestCaseInfoTable::ParmValue, row),
-                     comparison.GetAsString(CTestCaseInfoTable::NewParmValue, row)});
     if (!mismatch) {
         LogTestMessage(script, caseName, kResultsAgree);
         return true;

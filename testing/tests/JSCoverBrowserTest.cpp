@@ -2,6 +2,7 @@
 #include "CJSCoverTestService.h"
 #include "CTestJavaScriptService.h"
 #include "ExternalProcess.h"
+#include "HostContext.h"
 #include "NativePath.h"
 #include "QxMfcFun.h"
 #include "TestEnvironment.h"
@@ -167,7 +168,9 @@ TEST_F(JSCoverBrowserTest, ReportCountsTheLinesTheCasesReach)
     ASSERT_GT(port, 0);
 
     ExternalProcess server;
-    ASSERT_TRUE(server.Start(m_java, {"-Dfile.encoding=GBK", "-jar", m_jar, "-ws", "--document-root=" + m_root,
+    // The server reads the files in the code page they were written in.
+    const QString encoding = QString::fromLatin1(HostContext::Instance().CodePage());
+    ASSERT_TRUE(server.Start(m_java, {"-Dfile.encoding=" + encoding, "-jar", m_jar, "-ws", "--document-root=" + m_root,
                                       "--port=" + QString::number(port), "--report-dir=" + m_reports.path()}))
         << server.Error().toStdString();
     ASSERT_TRUE(WaitForServer(server, port, 60000)) << server.Output().toStdString();
