@@ -178,7 +178,8 @@ TEST_F(JSCoverBrowserTest, ReportCountsTheLinesTheCasesReach)
     ExternalProcess browser;
     ASSERT_TRUE(browser.Start(m_chromium, {"--headless", "--no-sandbox", "--disable-gpu", "--no-first-run",
                                            "--disable-background-networking", "--disable-component-update",
-                                           "--disable-sync", "--disable-quic", "--user-data-dir=" + m_profile.path(),
+                                           "--disable-sync", "--disable-quic", "--disable-dev-shm-usage",
+                                           "--user-data-dir=" + m_profile.path(),
                                            "--dump-dom",
                                            QString("http://127.0.0.1:%1/velmora-store.html").arg(port)}))
         << browser.Error().toStdString();
