@@ -139,15 +139,20 @@ bool CComDB::OpenSql(const QString& driver, const std::function<void(QSqlDatabas
 
 void CComDB::DisConnect()
 {
-    const bool hadSql = m_connected && !m_mdb;
-    m_connected = false;
-    m_mdb.reset();
-    if (hadSql) {
-        if (std::this_thread::get_id() != m_thread)
-            return; // not ours to close; the connection stays with its thread
-        QSqlDatabase::database(m_connectionName, false).close();
-        QSqlDatabase::removeDatabase(m_connectionName);
+    if (!m_connected)
+        return;
+    if (std::this_thread::get_id() != m_thread) {
+        // Only the opening thread may close a Qt connection.
+        Fail(QStringLiteral("a database connection may only be closed by the thread that opened it"));
+        return;
     }
+    m_connected = false;
+    if (m_mdb) {
+        m_mdb.reset();
+        return;
+    }
+    QSqlDatabase::database(m_connectionName, false).close();
+    QSqlDatabase::removeDatabase(m_connectionName);
 }
 
 bool CComDB::IsConnected() const

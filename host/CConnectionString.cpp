@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QUrl>
 #include <QUrlQuery>
 
@@ -66,6 +67,13 @@ bool FindJetValue(const QString& text, const QString& key, QString& value, bool&
     return true;
 }
 
+const QRegularExpression& JetKey()
+{
+    static const QRegularExpression key(QStringLiteral("(^|;)\\s*Data\\s+Source\\s*="),
+                                        QRegularExpression::CaseInsensitiveOption);
+    return key;
+}
+
 } // namespace
 
 bool CConnectionString::IsServerUrl(const QString& text)
@@ -83,7 +91,7 @@ CConnectionString CConnectionString::Parse(const QString& text)
         result.Fail(QStringLiteral("empty connection string"));
     else if (IsServerUrl(trimmed))
         result.ParseServerUrl(trimmed);
-    else if (trimmed.contains(QLatin1String("Data Source"), Qt::CaseInsensitive))
+    else if (trimmed.contains(JetKey()))
         result.ParseJet(trimmed);
     else
         result.SetFile(trimmed);

@@ -156,10 +156,12 @@ TEST_P(ComDBTest, RefusesCallsFromAnotherThread)
     std::thread other([&] {
         executed = m_db->ExecuteNonQuery(QStringLiteral("insert into t (ID) values (1)"));
         error = m_db->GetError();
+        m_db->DisConnect();
     });
     other.join();
     EXPECT_FALSE(executed);
     EXPECT_TRUE(error.contains(QStringLiteral("thread")));
+    EXPECT_TRUE(m_db->IsConnected());
     QString count;
     ASSERT_TRUE(m_db->Retrieve(QStringLiteral("select count(*) from t"), count));
     EXPECT_EQ(count, QStringLiteral("0"));

@@ -79,11 +79,18 @@ TEST_F(ConnectionStringFileTest, BrokenJetTextIsInvalid)
 {
     for (const char* text : {"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=\"/x.mdb",
                              "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=", "Provider=x;Data Source=\"\"",
-                             "Data Source", ""}) {
+                             "Provider=x; data  source = ;", ""}) {
         const CConnectionString parsed = CConnectionString::Parse(QString::fromUtf8(text));
         EXPECT_EQ(parsed.GetBackend(), Backend::Invalid) << text;
         EXPECT_FALSE(parsed.GetError().isEmpty()) << text;
     }
+}
+
+TEST_F(ConnectionStringFileTest, FolderNamedDataSourceIsJustAPath)
+{
+    const CConnectionString parsed = CConnectionString::Parse(QStringLiteral("/srv/Data Source=old/x.db"));
+    EXPECT_EQ(parsed.GetBackend(), Backend::SQLite);
+    EXPECT_EQ(parsed.GetFilePath(), QStringLiteral("/srv/Data Source=old/x.db"));
 }
 
 TEST_F(ConnectionStringFileTest, WindowsPathIsMappedToTheDriveRoot)
