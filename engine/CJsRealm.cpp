@@ -16,6 +16,7 @@
 #include <jsapi.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 
 namespace
@@ -195,7 +196,7 @@ bool CJsRealm::Execute(CJsRuntime& runtime, const QString& text, QVariant* value
     JS::InstantiateOptions instantiate(options);
     JS::RootedScript script(cx, JS::InstantiateGlobalStencil(cx, instantiate, stencil));
     JS::RootedValue result(cx);
-    if (!script || !JS_ExecuteScript(cx, script, &result))
+    if (!script || !JS_ExecuteScript(cx, script, &result) || !runtime.DrainJobs())
         return false;
     return !value || CJsText::ValueToVariant(cx, result, *value);
 }
@@ -219,7 +220,7 @@ bool CJsRealm::Call(const QString& name, const QVariantList& args, QVariant& res
     ok = ok && JS_GetUCProperty(cx, global, reinterpret_cast<const char16_t*>(name.utf16()),
                                 static_cast<std::size_t>(name.size()), &function);
     JS::RootedValue self(cx, JS::ObjectValue(*global));
-    ok = ok && JS::Call(cx, self, function, argv, &returned)
+    ok = ok && JS::Call(cx, self, function, argv, &returned) && runtime->DrainJobs()
          && CJsText::ValueToVariant(cx, returned, result);
     if (!ok)
         CaptureError(*runtime);
@@ -282,7 +283,8 @@ void CJsRealm::CaptureError(CJsRuntime& runtime)
         return;
     }
     const JSErrorReport* details = report.report();
-    int line = static_cast<int>(details->lineno);
+    // A script can set an error's line to anything; keep what is plausible.
+    int line = details->lineno <= static_cast<unsigned>(INT_MAX) ? static_cast<int>(details->lineno) : 0;
     const QString source = SourceLineFor(details->filename, line);
     const char* message = details->message().c_str();
     m_error = CJsErrorInfo(QString::fromUtf8(message ? message : ""), line, source);

@@ -91,6 +91,8 @@ CJsRuntime::CJsRuntime(JSContext* cx)
     JS_SetContextPrivate(cx, this);
     JS_AddInterruptCallback(cx, &CJsRuntime::OnInterrupt);
     JS_SetGCCallback(cx, &CJsRuntime::OnGarbageCollected, this);
+    m_jobs = std::make_unique<CJsJobQueue>(cx);
+    JS::SetJobQueue(cx, m_jobs.get());
     m_slot.growthAllowanceKb.store(static_cast<long>(m_heapLimit / 1024u) * kRunGrowthInHeapLimits);
     m_slot.cx = cx;
     CJsEngine::Instance().Watchdog().Register(&m_slot);
@@ -100,6 +102,7 @@ CJsRuntime::~CJsRuntime()
 {
     DetachAll();
     m_compartmentAnchor.reset();
+    m_jobs.reset();
     m_stencils = CJsStencilCache();
     CJsEngine::Instance().Watchdog().Unregister(&m_slot);
     CJsEngine::Instance().DestroyContext(m_cx);
@@ -156,6 +159,8 @@ void CJsRuntime::BeginRun()
     m_heapFull = false;
     m_stopFile.clear();
     m_stopLine = 0;
+    // Jobs of an earlier run (left when it was stopped) never run in this one.
+    m_jobs->Clear();
     m_budgetMs = HostContext::Instance().ScriptTimeBudgetMs();
     m_run = CJsWatchdog::Arm(m_slot, m_budgetMs);
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include "CJsJobQueue.h"
 #include "CJsStencilCache.h"
 #include "CJsWatchdog.h"
 
@@ -65,6 +66,8 @@ public:
     int LastRunBudgetMs() const { return m_budgetMs; }
 
     CJsStencilCache& Stencils() { return m_stencils; }
+    // Runs the promise jobs the current run queued; false when one was stopped.
+    bool DrainJobs() { return !m_jobs || m_jobs->Drain(m_cx); }
 
     // Drops globals that realms handed over from other threads.
     void DrainGraveyard();
@@ -103,6 +106,7 @@ private:
     std::shared_ptr<Link> m_link;
     std::unique_ptr<JS::PersistentRooted<JSObject*>> m_compartmentAnchor;
     CJsStencilCache m_stencils;
+    std::unique_ptr<CJsJobQueue> m_jobs;
     CJsWatchdog::Slot m_slot;
     std::uint64_t m_run = 0;
     int m_runDepth = 0;

@@ -85,6 +85,20 @@ TEST_F(HostileScriptTest, BudgetIsReadForEveryRun)
     }
 }
 
+TEST_F(HostileScriptTest, EndlessPromiseJobRunsOutOfTimeAndTheRestIsDropped)
+{
+    SetBudget(200);
+    EXPECT_FALSE(m_host.ExecuteStatement(QStringLiteral(
+        "var hits = 0;\r\nPromise.resolve().then(function () { for (;;) {} });\r\n"
+        "Promise.resolve().then(function () { hits++; });")));
+    EXPECT_TRUE(m_host.GetErrorText().startsWith(QStringLiteral("Error: 脚本运行超时(超过200毫秒), ")));
+    EXPECT_EQ(m_host.Evaluate(QStringLiteral("hits")).toString(), QStringLiteral("0"));
+    // Jobs that keep queueing jobs are stopped as well.
+    EXPECT_FALSE(m_host.ExecuteStatement(QStringLiteral("(function again() { Promise.resolve().then(again); })();")));
+    EXPECT_TRUE(m_host.GetErrorText().startsWith(QStringLiteral("Error: 脚本运行超时(超过200毫秒), ")));
+    EXPECT_TRUE(m_host.ExecuteStatement(QStringLiteral("var after = 1;")));
+}
+
 TEST_F(HostileScriptTest, OutputWhoseConversionNeverEndsIsMissing)
 {
     SetBudget(200);

@@ -38,6 +38,8 @@ const ErrorCase kErrorCases[] = {
      "Error: 长度钢筋, throw new Error('长度' + s);; in line 2"},
     {"EvalReportsCallingLine", "var a = 1;\r\neval('1 +\\n zz');", "Error: zz is not defined, eval('1 +\\n zz');; in line 2"},
     {"TypeError", "null.f();", "Error: null has no properties, null.f();; in line 1"},
+    {"NegativeLineSetByTheScript", "var e = new Error('x');\r\ne.lineNumber = -5;\r\nthrow e;", "Error: x, ; in line 0"},
+    {"ThrowSymbol", "throw Symbol('s')", "Error: uncaught exception: Symbol(s), throw Symbol('s'); in line 1"},
     {"Recursion", "function f(n) { return f(n + 1) + 1; }\r\nf(0);",
      "Error: too much recursion, function f(n) { return f(n + 1) + 1; }; in line 1"},
 };

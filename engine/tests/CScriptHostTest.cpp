@@ -211,6 +211,26 @@ TEST_F(ScriptHostTest, ScriptsSeeStandardJavaScriptOnly)
               QStringLiteral("functionfunctionfunction"));
 }
 
+TEST_F(ScriptHostTest, PromiseJobsRunAtTheEndOfEachRun)
+{
+    ASSERT_TRUE(m_host.ExecuteStatement(QStringLiteral(
+        "var r = 0, q = 0;\r\nPromise.resolve(1).then(function (x) { r = x; });\r\n"
+        "(async function () { await null; q = 2; })();")));
+    EXPECT_EQ(Eval(QStringLiteral("r + ',' + q")), QStringLiteral("1,2"));
+    // Within one text the jobs have not run yet when it ends.
+    EXPECT_EQ(Eval(QStringLiteral("var late = 0; Promise.resolve().then(function () { late = 1; }); late")),
+              QStringLiteral("0"));
+    EXPECT_EQ(Eval(QStringLiteral("late")), QStringLiteral("1"));
+}
+
+TEST_F(ScriptHostTest, RejectedPromisesAreNoFailure)
+{
+    EXPECT_TRUE(m_host.ExecuteStatement(QStringLiteral("Promise.reject(new Error('x'));\r\n"
+                                                       "Promise.resolve().then(function () { throw 1; });")));
+    EXPECT_TRUE(m_host.ExecuteStatement(QStringLiteral("import('nothing');")));
+    EXPECT_EQ(m_host.GetErrorText(), QStringLiteral("Error: , ; in line 0"));
+}
+
 TEST_F(ScriptHostTest, LoadScriptFileReadsCodePageText)
 {
     const QString text = QStringLiteral("var s = '钢筋';\r\nfunction 长度() { return s.length; }");
