@@ -29,6 +29,8 @@ protected:
     }
 
     static void SetBudget(int ms) { HostContext::Instance().SetScriptTimeBudgetMs(ms); }
+    // Runs that must succeed get the full budget, so a busy machine cannot fail them.
+    static void RestoreBudget() { SetBudget(HostContext::kDefaultScriptBudgetMs); }
     static void SetHeapLimitMb(unsigned mb) { CJsRuntime::Current()->SetHeapLimitBytes(mb * 1024u * 1024u); }
 
     CScriptHost m_host;
@@ -48,6 +50,7 @@ TEST_F(HostileScriptTest, EndlessLoopRunsOutOfTimeAndTheNextRunWorks)
     ASSERT_TRUE(line == 2 || line == 3) << line;
     EXPECT_EQ(match.captured(1), script.split(QStringLiteral("\r\n"))[line - 1]);
 
+    RestoreBudget();
     EXPECT_TRUE(m_host.ExecuteStatement(QStringLiteral("var after = 1;")));
     EXPECT_EQ(m_host.Evaluate(QStringLiteral("i > 0 && after")).toString(), QStringLiteral("1"));
 }
@@ -62,10 +65,12 @@ TEST_F(HostileScriptTest, ScriptCannotCatchOrOutlastTheTimeout)
     };
     for (const char* script : scripts)
     {
+        SetBudget(150);
         m_host.ResetScript();
         EXPECT_FALSE(m_host.ExecuteStatement(QString::fromUtf8(script))) << script;
         EXPECT_TRUE(m_host.GetErrorText().startsWith(QStringLiteral("Error: 脚本运行超时(超过150毫秒), "))) << script;
-        EXPECT_FALSE(m_host.Evaluate(QStringLiteral("after")).isValid()) << script;
+        RestoreBudget();
+        EXPECT_EQ(m_host.Evaluate(QStringLiteral("typeof after")).toString(), QStringLiteral("undefined")) << script;
     }
 }
 
@@ -92,10 +97,13 @@ TEST_F(HostileScriptTest, EndlessPromiseJobRunsOutOfTimeAndTheRestIsDropped)
         "var hits = 0;\r\nPromise.resolve().then(function () { for (;;) {} });\r\n"
         "Promise.resolve().then(function () { hits++; });")));
     EXPECT_TRUE(m_host.GetErrorText().startsWith(QStringLiteral("Error: 脚本运行超时(超过200毫秒), ")));
+    RestoreBudget();
     EXPECT_EQ(m_host.Evaluate(QStringLiteral("hits")).toString(), QStringLiteral("0"));
     // Jobs that keep queueing jobs are stopped as well.
+    SetBudget(200);
     EXPECT_FALSE(m_host.ExecuteStatement(QStringLiteral("(function again() { Promise.resolve().then(again); })();")));
     EXPECT_TRUE(m_host.GetErrorText().startsWith(QStringLiteral("Error: 脚本运行超时(超过200毫秒), ")));
+    RestoreBudget();
     EXPECT_TRUE(m_host.ExecuteStatement(QStringLiteral("var after = 1;")));
 }
 
