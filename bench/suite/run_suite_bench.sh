@@ -26,37 +26,40 @@ prepare() { # name scripts cases
   "$seed" "$work/$1/home" "$work/$1/suite.json" "$work/$1/GlobalFun.js"
 }
 
-# Prints: cases seconds peak_rss_kb exit_status
+# Prints: cases seconds peak_rss_kb exit_status failed cpu_seconds
 run_cli() { # name jobs
   local status=0
-  /usr/bin/time -f '%e %M' -o "$work/time" "$bin" --home "$work/$1/home" --quiet --jobs "$2" \
+  /usr/bin/time -f '%e %M %U %S' -o "$work/time" "$bin" --home "$work/$1/home" --quiet --jobs "$2" \
     >"$work/out" 2>"$work/err" || status=$?
   local counts; counts="$(grep -E '^[0-9]+ passed, [0-9]+ failed$' "$work/out")"
   local passed="${counts%% passed*}" failed; failed="$(echo "$counts" | sed -E 's/.*, ([0-9]+) failed/\1/')"
-  read -r secs rss <"$work/time"
-  echo "$((passed + failed)) $secs $rss $status $failed"
+  read -r secs rss user sys <"$work/time"
+  echo "$((passed + failed)) $secs $rss $status $failed $(cpu "$user" "$sys")"
 }
 
+cpu() { awk -v u="$1" -v s="$2" 'BEGIN { printf "%.2f", u + s }'; }
 rate() { awk -v n="$1" -v s="$2" 'BEGIN { printf "%.1f", (s > 0 ? n / s : 0) }'; }
 
 bench_suite() {
   prepare suite "$SCRIPTS" "$CASES"
   echo "suite: $SCRIPTS scripts x $CASES cases, GlobalFun.txt $LINES lines, $cores cores"
-  read -r n1 s1 m1 e1 f1 < <(run_cli suite 1)
-  read -r nN sN mN eN fN < <(run_cli suite "$cores")
-  /usr/bin/time -f '%e %M' -o "$work/time" node "$here/node_peer.js" "$work/suite/suite.json" "$work/suite/GlobalFun.js" >"$work/node"
-  read -r sNode mNode <"$work/time"
+  read -r n1 s1 m1 e1 f1 c1 < <(run_cli suite 1)
+  read -r nN sN mN eN fN cN < <(run_cli suite "$cores")
+  /usr/bin/time -f '%e %M %U %S' -o "$work/time" node "$here/node_peer.js" "$work/suite/suite.json" "$work/suite/GlobalFun.js" >"$work/node"
+  read -r sNode mNode uNode yNode <"$work/time"
+  cNode="$(cpu "$uNode" "$yNode")"
   nNode="$(sed -E 's/.*cases=([0-9]+).*/\1/' "$work/node")"
   r1="$(rate "$n1" "$s1")"; rN="$(rate "$nN" "$sN")"; rNode="$(rate "$nNode" "$sNode")"
-  printf '%-28s %8s %10s %12s %8s\n' runner cases seconds cases/s peak_MB
-  printf '%-28s %8s %10s %12s %8s\n' "velmora-test --jobs 1" "$n1" "$s1" "$r1" "$((m1 / 1024))"
-  printf '%-28s %8s %10s %12s %8s\n' "velmora-test --jobs $cores" "$nN" "$sN" "$rN" "$((mN / 1024))"
-  printf '%-28s %8s %10s %12s %8s\n' "node vm peer" "$nNode" "$sNode" "$rNode" "$((mNode / 1024))"
+  printf '%-28s %7s %9s %9s %10s %8s\n' runner cases wall_s cpu_s cases/s peak_MB
+  printf '%-28s %7s %9s %9s %10s %8s\n' "velmora-test --jobs 1" "$n1" "$s1" "$c1" "$r1" "$((m1 / 1024))"
+  printf '%-28s %7s %9s %9s %10s %8s\n' "velmora-test --jobs $cores" "$nN" "$sN" "$cN" "$rN" "$((mN / 1024))"
+  printf '%-28s %7s %9s %9s %10s %8s\n' "node vm peer" "$nNode" "$sNode" "$cNode" "$rNode" "$((mNode / 1024))"
   echo "node peer: $(cat "$work/node")"
   echo "failed cases: jobs 1: $f1, jobs $cores: $fN (exit $e1 / $eN)"
-  awk -v a="$r1" -v b="$rNode" -v c="$rN" -v k="$cores" 'BEGIN {
-  printf "ratio velmora(1 job) / node: %.2f\n", a / b
+  awk -v a="$r1" -v b="$rNode" -v c="$rN" -v k="$cores" -v x="$c1" -v y="$cNode" 'BEGIN {
+  printf "ratio velmora(1 job) / node, cases per second: %.2f (per CPU second: %.2f)\n", a / b, y / x
   printf "speed-up with %d jobs: %.2f\n", k, c / a }'
+  uptime
 }
 [ "$SUITE" = 0 ] || bench_suite
 
