@@ -83,6 +83,7 @@ void CJsRealm::Reset()
             Unbind();
     }
     m_texts.clear();
+    m_textChars = 0;
 }
 
 CJsRuntime* CJsRealm::Bind()
@@ -145,9 +146,13 @@ JSObject* CJsRealm::Global(CJsRuntime& runtime)
 
 void CJsRealm::AddText(const std::string& name, const QString& text)
 {
-    if (m_texts.size() >= kMaxTexts)
-        m_texts.pop_front();
     m_texts.emplace_back(name, text);
+    m_textChars += text.size();
+    while (m_texts.size() > 1 && (m_texts.size() > kMaxTexts || m_textChars > kMaxTextChars))
+    {
+        m_textChars -= m_texts.front().second.size();
+        m_texts.pop_front();
+    }
 }
 
 bool CJsRealm::Run(const QString& text, QVariant* value)

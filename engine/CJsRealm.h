@@ -46,9 +46,11 @@ public:
     CJsRealm(const CJsRealm&) = delete;
     CJsRealm& operator=(const CJsRealm&) = delete;
 
-    // Texts kept for finding the source line of an error; older ones are
-    // dropped in a scope that is never reset.
-    static constexpr std::size_t kMaxTexts = 4096;
+    // Texts kept for finding the source line of an error; in a scope that is
+    // never reset the oldest are dropped beyond these bounds (the newest text
+    // is always kept).
+    static constexpr std::size_t kMaxTexts = 1024;
+    static constexpr qsizetype kMaxTextChars = 4 * 1024 * 1024;
 
 private:
     CJsRuntime* Bind();
@@ -64,6 +66,7 @@ private:
     std::atomic<CJsRuntime*> m_runtime{nullptr};
     CJsRuntime::RootedGlobal m_global;
     std::deque<std::pair<std::string, QString>> m_texts; // file name, text
+    qsizetype m_textChars = 0;
     std::uint64_t m_nextText = 0;
     CJsErrorInfo m_error;
 };

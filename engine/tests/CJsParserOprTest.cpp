@@ -94,6 +94,25 @@ TEST_F(JsParserOprTest, ReleaseDropsTheScope)
     EXPECT_EQ(CJsParserOpr::Instance()->GetParameter(QStringLiteral("gone"), value), 0);
 }
 
+TEST_F(JsParserOprTest, LongLivedScopeKeepsSourceLinesOfRecentTextsOnly)
+{
+    QString result, error;
+    ASSERT_EQ(CJsParserOpr::Instance()->Run(QStringLiteral("function early() {\r\n  return missing;\r\n}"), result, error), 1);
+    ASSERT_EQ(CJsParserOpr::Instance()->Run(QStringLiteral("function recent() {\r\n\r\n  return gone;\r\n}"), result, error), 1);
+    EXPECT_EQ(CJsParserOpr::Instance()->Run(QStringLiteral("early()"), result, error), 0);
+    EXPECT_EQ(error, QStringLiteral("Error: missing is not defined,   return missing;; in line 2"));
+    for (int i = 0; i < 1100; ++i)
+        ASSERT_EQ(CJsParserOpr::Instance()->Run(i == 1000 ? QStringLiteral("function recent() {\r\n\r\n  return gone;\r\n}")
+                                                          : QStringLiteral("1"),
+                                                result, error),
+                  1);
+    // The text that defined early() is long gone; its line number is not.
+    EXPECT_EQ(CJsParserOpr::Instance()->Run(QStringLiteral("early()"), result, error), 0);
+    EXPECT_EQ(error, QStringLiteral("Error: missing is not defined, ; in line 2"));
+    EXPECT_EQ(CJsParserOpr::Instance()->Run(QStringLiteral("recent()"), result, error), 0);
+    EXPECT_EQ(error, QStringLiteral("Error: gone is not defined,   return gone;; in line 3"));
+}
+
 struct ParameterCase
 {
     const char* name;
