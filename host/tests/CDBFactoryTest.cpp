@@ -9,6 +9,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <latch>
 #include <set>
 #include <thread>
 #include <vector>
@@ -149,9 +150,12 @@ TEST_F(DBFactoryTest, EachThreadHasItsOwnConnection)
     std::vector<const void*> services(kThreads, nullptr);
     std::vector<int> stored(kThreads, 0);
     std::vector<std::thread> threads;
+    std::latch allConnected(kThreads);
     for (int t = 0; t < kThreads; ++t) {
         threads.emplace_back([&, t] {
             services[size_t(t)] = CDBFactory::GetSingle(0);
+            // Keep every thread (and so its service) alive until all have one.
+            allConnected.arrive_and_wait();
             for (int k = 0; k < kKeys; ++k) {
                 const QString key = QStringLiteral("t%1\\k%2.js").arg(t).arg(k);
                 stored[size_t(t)] += CAccessSysData_MacrosTable::SetMacroContent(key, key) ? 1 : 0;
