@@ -5,6 +5,22 @@
 
 #include <QFile>
 
+namespace {
+
+// One step of a clock scenario: start ('S', with its label), stop ('T') or
+// clear all ('C'), then move the tick counter on by `advance` milliseconds.
+struct Step
+{
+    char op;
+    quint32 id;
+    const char* label;
+    quint32 advance;
+};
+
+constexpr quint32 kAbsent = 0xDEADBEEF;
+
+} // namespace
+
 class CClockTableTest : public TempHomeTest
 {
 protected:
@@ -20,126 +36,82 @@ protected:
         CClockTable::Instance().SetTickSource({});
         TempHomeTest::TearDown();
     }
-    QByteArray MacroList() const
+    void Run(const std::vector<Step>& steps)
     {
-        return ReadBytes(HostContext::Instance().SysDataPath() + QStringLiteral("/macrolist.log"));
+        for (const Step& s : steps) {
+            if (s.op == 'S')
+                QXCommon::StartClock(s.id, QString::fromUtf8(s.label));
+            else if (s.op == 'T')
+                QXCommon::StopClock(s.id);
+            else
+                QXCommon::ClearClocks();
+            m_now += s.advance;
+        }
     }
-    quint32 Sum(quint32 id) const
-    {
-        const auto* clock = CClockTable::Instance().Find(id);
-        return clock ? clock->sum : 0xDEADBEEF;
-    }
+    static QString LogPath() { return HostContext::Instance().SysDataPath() + QStringLiteral("/macrolist.log"); }
 
     quint32 m_now = 1000;
 };
 
-TEST_F(CClockTableTest, StartStopAddsUp)
-{
-    QXCommon::StartClock(7, QStringLiteral("run"));
-    m_now += 25;
-    QXCommon::StopClock(7);
-    EXPECT_EQ(Sum(7), 25u);
-    m_now += 100; // not running: nothing added
-    QXCommon::StartClock(7);
-    m_now += 5;
-    QXCommon::StopClock(7);
-    EXPECT_EQ(Sum(7), 30u);
-    EXPECT_EQ(CClockTable::Instance().Find(7)->label, QStringLiteral("run"));
-}
-
-TEST_F(CClockTableTest, StopWithoutNewStartAddsSinceTheSameStartAgain)
-{
-    QXCommon::StartClock(1, QStringLiteral("a"));
-    m_now += 10;
-    QXCommon::StopClock(1);
-    m_now += 10;
-    QXCommon::StopClock(1);
-    EXPECT_EQ(Sum(1), 30u); // 10 + 20
-}
-
-TEST_F(CClockTableTest, RestartReplacesANonEmptyLabelAndKeepsTheSum)
-{
-    QXCommon::StartClock(2, QStringLiteral("old"));
-    m_now += 3;
-    QXCommon::StopClock(2);
-    QXCommon::StartClock(2, QString());
-    EXPECT_EQ(CClockTable::Instance().Find(2)->label, QStringLiteral("old"));
-    QXCommon::StartClock(2, QStringLiteral("新"));
-    EXPECT_EQ(CClockTable::Instance().Find(2)->label, QStringLiteral("新"));
-    EXPECT_EQ(Sum(2), 3u);
-    EXPECT_EQ(CClockTable::Instance().Find(2)->start, m_now);
-}
-
-TEST_F(CClockTableTest, WrapOfTheTickCounterStillGivesTheStretch)
-{
-    m_now = 0xFFFFFFF0u;
-    QXCommon::StartClock(3, QStringLiteral("wrap"));
-    m_now = 0x10u;
-    QXCommon::StopClock(3);
-    EXPECT_EQ(Sum(3), 0x20u);
-}
-
-TEST_F(CClockTableTest, UnknownIdsChangeNothing)
-{
-    QXCommon::StopClock(99);
-    EXPECT_EQ(CClockTable::Instance().Count(), 0);
-    EXPECT_EQ(CClockTable::Instance().Find(99), nullptr);
-    QXCommon::DumpClock(99);
-    EXPECT_FALSE(QFile::exists(HostContext::Instance().SysDataPath() + QStringLiteral("/macrolist.log")));
-}
-
-TEST_F(CClockTableTest, DumpClockAppendsItsLine)
-{
-    QXCommon::StartClock(12, QStringLiteral("解析"));
-    m_now += 42;
-    QXCommon::StopClock(12);
-    QXCommon::DumpClock(12);
-    QXCommon::DumpClock(12);
-    const QByteArray line = QByteArray("clock[12]'s sum is (42) \t\xBD\xE2\xCE\xF6 \r\n");
-    EXPECT_EQ(MacroList(), line + line);
-}
-
-TEST_F(CClockTableTest, DumpClocksWritesEveryLineInIdOrder)
+TEST_F(CClockTableTest, ScenariosGiveSumLabelAndCount)
 {
     const struct
     {
-        quint32 id;
-        quint32 ms;
+        const char* what;
+        quint32 start;
+        std::vector<Step> steps;
+        quint32 id, sum;
         const char* label;
-    } clocks[] = {{30, 1, "c"}, {0xFFFFFFFFu, 2, "max"}, {4, 0, ""}, {10, 7, "b"}};
-    for (const auto& c : clocks)
-    {
-        QXCommon::StartClock(c.id, QString::fromLatin1(c.label));
-        m_now += c.ms;
-        QXCommon::StopClock(c.id);
+        int count;
+    } cases[] = {
+        {"a stopped clock gains nothing until restarted", 1000,
+         {{'S', 7, "run", 25}, {'T', 7, "", 100}, {'S', 7, "", 5}, {'T', 7, "", 0}}, 7, 30, "run", 1},
+        {"a second stop adds since the same start again", 1000,
+         {{'S', 1, "a", 10}, {'T', 1, "", 10}, {'T', 1, "", 0}}, 1, 30, "a", 1},
+        {"a restart keeps the sum, starts anew and an empty label keeps the old", 1000,
+         {{'S', 2, "old", 3}, {'T', 2, "", 50}, {'S', 2, "", 4}, {'T', 2, "", 0}}, 2, 7, "old", 1},
+        {"a restart with a label replaces it", 1000, {{'S', 2, "old", 3}, {'T', 2, "", 0}, {'S', 2, "新", 0}}, 2, 3,
+         "新", 1},
+        {"the tick counter wraps", 0xFFFFFFF0u, {{'S', 3, "wrap", 0x20}, {'T', 3, "", 0}}, 3, 0x20, "wrap", 1},
+        {"stopping an unknown id makes nothing", 1000, {{'T', 99, "", 0}}, 99, kAbsent, "", 0},
+        {"clear forgets every clock", 1000, {{'S', 1, "a", 0}, {'S', 2, "b", 0}, {'C', 0, "", 5}, {'T', 1, "", 0}}, 1,
+         kAbsent, "", 0},
+        {"a start after clear begins from nothing", 1000,
+         {{'S', 1, "a", 5}, {'T', 1, "", 0}, {'C', 0, "", 0}, {'S', 1, "", 0}}, 1, 0, "", 1},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        CClockTable::Instance().Clear();
+        m_now = c.start;
+        Run(c.steps);
+        const auto* clock = CClockTable::Instance().Find(c.id);
+        EXPECT_EQ(clock ? clock->sum : kAbsent, c.sum);
+        if (clock)
+            EXPECT_EQ(clock->label, QString::fromUtf8(c.label));
+        EXPECT_EQ(CClockTable::Instance().Count(), c.count);
     }
-    ASSERT_TRUE(WriteBytes(HostContext::Instance().SysDataPath() + QStringLiteral("/macrolist.log"), "****\r\n"));
+}
+
+TEST_F(CClockTableTest, DumpClockAppendsItsLineAndUnknownIdsWriteNothing)
+{
+    QXCommon::DumpClock(99);
+    EXPECT_FALSE(QFile::exists(LogPath()));
+    Run({{'S', 12, "解析", 42}, {'T', 12, "", 0}});
+    QXCommon::DumpClock(12);
+    QXCommon::DumpClock(12);
+    const QByteArray line = QByteArray("clock[12]'s sum is (42) \t\xBD\xE2\xCE\xF6 \r\n"); // GBK label
+    EXPECT_EQ(ReadBytes(LogPath()), line + line);
+}
+
+TEST_F(CClockTableTest, DumpClocksAppendsEveryLineInIdOrderWithSignedNumbers)
+{
+    Run({{'S', 30, "c", 1}, {'T', 30, "", 0}, {'S', 0xFFFFFFFFu, "max", 0x80000000u}, {'T', 0xFFFFFFFFu, "", 0},
+         {'S', 4, "", 0}, {'T', 4, "", 0}, {'S', 10, "b", 7}, {'T', 10, "", 0}});
+    ASSERT_TRUE(WriteBytes(LogPath(), "****\r\n"));
     QXCommon::DumpClocks();
-    EXPECT_EQ(MacroList(), QByteArray("****\r\n"
-                                      "clock[4]'s sum is (0) \t \r\n"
-                                      "clock[10]'s sum is (7) \tb \r\n"
-                                      "clock[30]'s sum is (1) \tc \r\n"
-                                      "clock[-1]'s sum is (2) \tmax \r\n"));
-}
-
-TEST_F(CClockTableTest, SumPrintsAsASignedNumber)
-{
-    QXCommon::ClockInfo_ clock;
-    clock.sum = 0x80000000u;
-    clock.label = QStringLiteral("x");
-    EXPECT_EQ(CClockTable::FormatLine(5, clock), QStringLiteral("clock[5]'s sum is (-2147483648) \tx \r\n"));
-}
-
-TEST_F(CClockTableTest, ClearClocksForgetsEverything)
-{
-    QXCommon::StartClock(1, QStringLiteral("a"));
-    QXCommon::StartClock(2, QStringLiteral("b"));
-    QXCommon::ClearClocks();
-    EXPECT_EQ(CClockTable::Instance().Count(), 0);
-    m_now += 5;
-    QXCommon::StopClock(1);
-    EXPECT_EQ(CClockTable::Instance().Find(1), nullptr);
-    QXCommon::StartClock(1);
-    EXPECT_EQ(Sum(1), 0u);
-    EXPECT_EQ(CClockTable::Instance().Find(1)->label, QString());
+    EXPECT_EQ(ReadBytes(LogPath()), QByteArray("****\r\n"
+                                               "clock[4]'s sum is (0) \t \r\n"
+                                               "clock[10]'s sum is (7) \tb \r\n"
+                                               "clock[30]'s sum is (1) \tc \r\n"
+                                               "clock[-1]'s sum is (-2147483648) \tmax \r\n"));
 }

@@ -22,30 +22,22 @@ const QString kParmsHead = QStringLiteral("\r\n*************** TraceCParms *****
 const QString kParmsEnd = QString(22, QLatin1Char('-')) + QStringLiteral(" End ") + QString(22, QLatin1Char('-'))
     + QStringLiteral("\r\n");
 
-class TypedTable : public NDataModelDataSet
+// Four fields, one of each type.
+void AddTypedFields(NDataModelDataSet& table)
 {
-public:
-    int CreateFields() override
-    {
-        AddField(QStringLiteral("s"), FT_String);
-        AddField(QStringLiteral("i"), FT_Integer);
-        AddField(QStringLiteral("d"), FT_Double);
-        AddField(QStringLiteral("l"), FT_LongString);
-        return GetFieldCount();
-    }
-};
+    table.AddField(QStringLiteral("s"), FT_String);
+    table.AddField(QStringLiteral("i"), FT_Integer);
+    table.AddField(QStringLiteral("d"), FT_Double);
+    table.AddField(QStringLiteral("l"), FT_LongString);
+}
 
 } // namespace
 
-TEST(CDiagnosticTraceTest, NullInputsGiveTheErrorTexts)
+TEST(CDiagnosticTraceTest, NullAndEmptyDataSets)
 {
     EXPECT_EQ(QXCommon::TraceDataSet(nullptr), QStringLiteral("ERROR: dataset是空指针！"));
-    EXPECT_EQ(QXCommon::TraceCParms(nullptr), QStringLiteral("ERROR: CParms是空指针！"));
-}
-
-TEST(CDiagnosticTraceTest, EmptyDataSetGivesBannerBeginAndEndOnly)
-{
-    TypedTable table;
+    NDataModelDataSet table;
+    AddTypedFields(table);
     EXPECT_EQ(QXCommon::TraceDataSet(&table), kDataSetHead + kDataSetEnd);
     NDataModelDataSet noFields;
     noFields.InsertRow(0);
@@ -54,7 +46,8 @@ TEST(CDiagnosticTraceTest, EmptyDataSetGivesBannerBeginAndEndOnly)
 
 TEST(CDiagnosticTraceTest, RowsPrintEachFieldByItsType)
 {
-    TypedTable table;
+    NDataModelDataSet table;
+    AddTypedFields(table);
     int r = table.InsertRow(0);
     table.SetAsString(QStringLiteral("s"), r, QStringLiteral("钢筋"));
     table.SetAsInteger(QStringLiteral("i"), r, -12);
@@ -121,33 +114,29 @@ TEST(CDiagnosticTraceTest, LinesOf512CharactersOrMoreAreCutTo511)
     }
 }
 
-TEST(CDiagnosticTraceTest, ParmsPrintNameValueTypeAndDescription)
+TEST(CDiagnosticTraceTest, ParmsPrintNameValueTypeAndDescriptionButNoValueOf200OrMore)
 {
-    CParms parms;
-    parms.AddParm(QStringLiteral("d"), QStringLiteral("25"), 1, QStringLiteral("直径"));
-    parms.AddParm(QStringLiteral("name"), QStringLiteral("HRB400"), 0);
-    parms.AddParm(QStringLiteral("x"), QString(), -3, QStringLiteral("a // b"));
-    EXPECT_EQ(QXCommon::TraceCParms(&parms), kParmsHead + QStringLiteral("d=25<1> //直径\r\n")
-                                                 + QStringLiteral("name=HRB400<0> //\r\n")
-                                                 + QStringLiteral("x=<-3> //a // b\r\n") + kParmsEnd);
-    CParms empty;
-    EXPECT_EQ(QXCommon::TraceCParms(&empty), kParmsHead + kParmsEnd);
-}
-
-TEST(CDiagnosticTraceTest, ParmValuesOf200CharactersOrMoreAreNotPrinted)
-{
+    EXPECT_EQ(QXCommon::TraceCParms(nullptr), QStringLiteral("ERROR: CParms是空指针！"));
     const struct
     {
-        int length;
-        bool printed;
-    } cases[] = {{199, true}, {200, false}, {1000, false}};
-    for (const auto& c : cases)
-    {
-        CParms parms;
-        const QString value(c.length, QLatin1Char('7'));
-        parms.AddParm(QStringLiteral("big"), value, 2, QStringLiteral("说明"));
-        const QString line = c.printed ? QStringLiteral("big=") + value + QStringLiteral("<2> //说明\r\n")
-                                       : QStringLiteral("big= <too large> //说明\r\n");
-        EXPECT_EQ(QXCommon::TraceCParms(&parms), kParmsHead + line + kParmsEnd) << c.length;
+        QString name, value;
+        int type;
+        QString des, line;
+    } cases[] = {
+        {"d", "25", 1, "直径", "d=25<1> //直径"},
+        {"name", "HRB400", 0, QString(), "name=HRB400<0> //"},
+        {"x", QString(), -3, "a // b", "x=<-3> //a // b"},
+        {"big", QString(199, '7'), 2, "说明", "big=" + QString(199, '7') + "<2> //说明"},
+        {"big", QString(200, '7'), 2, "说明", "big= <too large> //说明"},
+        {"big", QString(1000, '7'), 2, "说明", "big= <too large> //说明"},
+    };
+    CParms all;
+    QString lines;
+    for (const auto& c : cases) {
+        all.AddParm(c.name, c.value, c.type, c.des);
+        lines += c.line + "\r\n";
     }
+    EXPECT_EQ(QXCommon::TraceCParms(&all), kParmsHead + lines + kParmsEnd);
+    CParms empty;
+    EXPECT_EQ(QXCommon::TraceCParms(&empty), kParmsHead + kParmsEnd);
 }
