@@ -35,37 +35,26 @@ private:
     qint64 m_last = 0;
 };
 
-TEST_F(CTimingTest, ScopeEndRecordsUnderGroupAndLabel)
+TEST_F(CTimingTest, StretchesAddUpPerGroupAndLabelInFirstSeenOrder)
 {
-    Ticks({1'000'000, 3'500'000});
-    {
-        CTiming timing(QStringLiteral("CMacroImplement::ExecuteScript"), true, QStringLiteral("CMacroImplement"), false);
-    }
-    const auto entries = CTimingLog::Instance().Entries();
-    ASSERT_EQ(entries.size(), 1);
-    EXPECT_EQ(entries[0].group, QStringLiteral("CMacroImplement"));
-    EXPECT_EQ(entries[0].label, QStringLiteral("CMacroImplement::ExecuteScript"));
-    EXPECT_EQ(entries[0].count, 1);
-    EXPECT_EQ(entries[0].totalNs, 2'500'000);
-    EXPECT_FALSE(QFile::exists(LogPath())); // nothing is written without the flag or a dump
-}
-
-TEST_F(CTimingTest, StretchesAddUpPerKeyInFirstSeenOrder)
-{
-    Ticks({0, 10, 100, 130, 1000, 1001, 2000, 2400});
-    { CTiming a(QStringLiteral("b"), true, QStringLiteral("G")); }
-    { CTiming b(QStringLiteral("a"), true, QStringLiteral("G")); }
-    { CTiming c(QStringLiteral("b"), true, QStringLiteral("G")); }
-    { CTiming d(QStringLiteral("b"), true, QStringLiteral("H")); }
+    const QString label = QStringLiteral("CMacroImplement::ExecuteScript");
+    const QString group = QStringLiteral("CMacroImplement");
+    Ticks({0, 10, 100, 130, 1000, 1001, 2000, 2'500'000});
+    { CTiming a(label, true, group, false); }
+    { CTiming b(QStringLiteral("a"), true, group); }
+    { CTiming c(label, true, group); }
+    { CTiming d(label, true, QStringLiteral("H")); }
     const auto entries = CTimingLog::Instance().Entries();
     ASSERT_EQ(entries.size(), 3);
-    EXPECT_EQ(entries[0].label, QStringLiteral("b"));
+    EXPECT_EQ(entries[0].group, group);
+    EXPECT_EQ(entries[0].label, label);
     EXPECT_EQ(entries[0].count, 2);
     EXPECT_EQ(entries[0].totalNs, 11);
     EXPECT_EQ(entries[1].label, QStringLiteral("a"));
     EXPECT_EQ(entries[1].totalNs, 30);
     EXPECT_EQ(entries[2].group, QStringLiteral("H"));
-    EXPECT_EQ(entries[2].totalNs, 400);
+    EXPECT_EQ(entries[2].totalNs, 2'498'000);
+    EXPECT_FALSE(QFile::exists(LogPath())); // nothing is written without the flag or a dump
 }
 
 TEST_F(CTimingTest, StopEndsEarlyOnceAndDisabledTimersRecordNothing)
@@ -87,6 +76,8 @@ TEST_F(CTimingTest, StopEndsEarlyOnceAndDisabledTimersRecordNothing)
 
 TEST_F(CTimingTest, DumpAppendsOneLinePerEntryInTheCodePage)
 {
+    EXPECT_TRUE(CTimingLog::Instance().Dump()); // an empty table writes nothing
+    EXPECT_FALSE(QFile::exists(LogPath()));
     Ticks({0, 1'234'567, 0, 2'000'000, 10, 20});
     { CTiming a(QStringLiteral("CMacroImplement::脚本组合"), true, QStringLiteral("CMacroImplement")); }
     { CTiming b(QStringLiteral("CMacroImplement::脚本组合"), true, QStringLiteral("CMacroImplement")); }
@@ -100,14 +91,6 @@ TEST_F(CTimingTest, DumpAppendsOneLinePerEntryInTheCodePage)
     ASSERT_TRUE(QxMfc::Fun::File2CString(LogPath(), back));
     EXPECT_EQ(back, QStringLiteral("old\r\n") + expected);
     EXPECT_TRUE(ReadBytes(LogPath()).contains("\xBD\xC5\xB1\xBE")); // 脚本 in GBK
-}
-
-TEST_F(CTimingTest, DumpOfAnEmptyTableWritesNothingAndMissingFolderFails)
-{
-    EXPECT_TRUE(CTimingLog::Instance().Dump());
-    EXPECT_FALSE(QFile::exists(LogPath()));
-    Ticks({0, 1});
-    { CTiming a(QStringLiteral("a"), true, QStringLiteral("G")); }
     EXPECT_FALSE(CTimingLog::Instance().Dump(HomeFile("no/such/dir/t.log")));
 }
 

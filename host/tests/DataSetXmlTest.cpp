@@ -1,39 +1,8 @@
-#include "NDataModelDataSet.h"
-
-#include <gtest/gtest.h>
+#include "DataSetTestTables.h"
 
 #include <cmath>
 
 namespace {
-
-class CaseTable : public NDataModelDataSet
-{
-public:
-    int CreateFields() override
-    {
-        AddField(QStringLiteral("ParmMode"), FT_Integer);
-        AddField(QStringLiteral("ParmName"), FT_LongString);
-        AddField(QStringLiteral("ParmValue"), FT_LongString);
-        AddField(QStringLiteral("ParmMsg"), FT_LongString);
-        SetTableName(QStringLiteral("TestCase"));
-        return GetFieldCount();
-    }
-};
-
-QString Dump(const NDataModelDataSet& t)
-{
-    QString out = t.GetTableName() + QLatin1Char('|');
-    for (int c = 0; c < t.GetFieldCount(); ++c)
-        out += QStringLiteral("%1:%2:%3,").arg(t.GetFieldName(c)).arg(int(t.GetFieldDataType(c))).arg(t.GetFieldWidth(c));
-    for (int r = 1; r <= t.GetRowCount(); ++r)
-    {
-        out += QLatin1Char('\n');
-        for (int c = 0; c < t.GetFieldCount(); ++c)
-            out += (t.IsNull(c, r) ? QStringLiteral("<null>") : QLatin1Char('[') + t.GetAsString(c, r) + QLatin1Char(']'))
-                + QLatin1Char(';');
-    }
-    return out;
-}
 
 QString Save(const NDataModelDataSet& table)
 {

@@ -1,28 +1,8 @@
-#include "NDataModelDataSet.h"
-
-#include <gtest/gtest.h>
+#include "DataSetTestTables.h"
 
 #include <cmath>
-#include <limits>
 
 namespace {
-
-// The shape of a test case table: four fields declared lazily, a table name.
-class CaseTable : public NDataModelDataSet
-{
-public:
-    int created = 0;
-    int CreateFields() override
-    {
-        ++created;
-        AddField(QStringLiteral("ParmMode"), FT_Integer);
-        AddField(QStringLiteral("ParmName"), FT_LongString);
-        AddField(QStringLiteral("ParmValue"), FT_LongString);
-        AddField(QStringLiteral("ParmMsg"), FT_LongString);
-        SetTableName(QStringLiteral("TestCase"));
-        return GetFieldCount();
-    }
-};
 
 class NumberTable : public NDataModelDataSet
 {
@@ -35,30 +15,6 @@ public:
         return GetFieldCount();
     }
 };
-
-// Every field, every cell (text and null state) and the table name.
-::testing::AssertionResult SameTable(const NDataModelDataSet& a, const NDataModelDataSet& b)
-{
-    if (a.GetTableName() != b.GetTableName())
-        return ::testing::AssertionFailure() << "table name " << a.GetTableName().toStdString() << " vs "
-                                             << b.GetTableName().toStdString();
-    if (a.GetFieldCount() != b.GetFieldCount() || a.GetRowCount() != b.GetRowCount())
-        return ::testing::AssertionFailure() << "shape differs";
-    for (int c = 0; c < a.GetFieldCount(); ++c)
-    {
-        if (a.GetFieldName(c) != b.GetFieldName(c) || a.GetFieldDataType(c) != b.GetFieldDataType(c)
-            || a.GetFieldWidth(c) != b.GetFieldWidth(c))
-            return ::testing::AssertionFailure() << "field " << c << " differs";
-        for (int r = 1; r <= a.GetRowCount(); ++r)
-        {
-            if (a.IsNull(c, r) != b.IsNull(c, r) || a.GetAsString(c, r) != b.GetAsString(c, r))
-                return ::testing::AssertionFailure()
-                    << "cell (" << c << "," << r << "): [" << a.GetAsString(c, r).toStdString() << "] vs ["
-                    << b.GetAsString(c, r).toStdString() << "]";
-        }
-    }
-    return ::testing::AssertionSuccess();
-}
 
 } // namespace
 
@@ -103,20 +59,17 @@ TEST(NDataModelDataSetTest, InsertRowPositions)
         const char* order;
     };
     const Case cases[] = {
-        {0, 4, "abcN"}, {1, 1, "Nabc"}, {2, 2, "aNbc"}, {3, 3, "abNc"}, {4, 4, "abcN"}, {99, 4, "abcN"}, {-1, 4, "abcN"},
+        {0, 4, "a b c N"}, {1, 1, "N a b c"}, {2, 2, "a N b c"}, {3, 3, "a b N c"},
+        {4, 4, "a b c N"}, {99, 4, "a b c N"}, {-1, 4, "a b c N"},
     };
-    for (const Case& c : cases)
-    {
+    for (const Case& c : cases) {
         CaseTable table;
         for (const char* name : {"a", "b", "c"})
             table.SetAsString(QStringLiteral("ParmName"), table.InsertRow(0), QString::fromLatin1(name));
         const int row = table.InsertRow(c.insertAt);
         EXPECT_EQ(row, c.expectedRow) << c.insertAt;
         table.SetAsString(QStringLiteral("ParmName"), row, QStringLiteral("N"));
-        QString order;
-        for (int r = 1; r <= table.GetRowCount(); ++r)
-            order += table.GetAsString(QStringLiteral("ParmName"), r);
-        EXPECT_EQ(order, QString::fromLatin1(c.order)) << c.insertAt;
+        EXPECT_EQ(Column(table, QStringLiteral("ParmName")), QString::fromLatin1(c.order)) << c.insertAt;
     }
 }
 
@@ -128,9 +81,7 @@ TEST(NDataModelDataSetTest, DeleteRowAndResetKeepFields)
     EXPECT_FALSE(table.DeleteRow(0));
     EXPECT_FALSE(table.DeleteRow(4));
     EXPECT_TRUE(table.DeleteRow(2));
-    ASSERT_EQ(table.GetRowCount(), 2);
-    EXPECT_EQ(table.GetAsInteger(QStringLiteral("ParmMode"), 1), 10);
-    EXPECT_EQ(table.GetAsInteger(QStringLiteral("ParmMode"), 2), 12);
+    EXPECT_EQ(Column(table, QStringLiteral("ParmMode")), QStringLiteral("10 12"));
     table.Reset();
     EXPECT_EQ(table.GetRowCount(), 0);
     EXPECT_EQ(table.GetFieldCount(), 4);
@@ -156,35 +107,44 @@ TEST(NDataModelDataSetTest, OutOfRangeAndUnknownNamesReadEmptyAndRefuseWrites)
 
 TEST(NDataModelDataSetTest, ConversionsBetweenTextAndNumberFields)
 {
+    // Steps on one cell each; a refused write leaves the cell as it was.
+    const struct
+    {
+        const char* field;
+        char setter; // 'S' text, 'I' integer, 'D' double
+        const char* text;
+        double number;
+        bool ok;
+        const char* cell; // "null" for a null cell
+        int asInteger;
+        double asDouble;
+    } steps[] = {
+        {"Count", 'S', "42", 0, true, "42", 42, 42},
+        {"Count", 'S', "4x", 0, false, "42", 42, 42},
+        {"Count", 'S', "1.5", 0, false, "42", 42, 42},
+        {"Count", 'S', "", 0, true, "null", 0, 0},
+        {"Count", 'D', "", 7.0, true, "7", 7, 7},
+        {"Count", 'D', "", 7.5, false, "7", 7, 7},
+        {"Count", 'D', "", 1e12, false, "7", 7, 7},
+        {"Weight", 'D', "", 0.1, true, "0.1", 0, 0.1},
+        {"Weight", 'I', "", 3, true, "3", 3, 3},
+        {"Name", 'D', "", 2.5, true, "2.5", 2, 2.5},
+        {"Name", 'S', "abc", 0, true, "abc", 0, 0},
+        {"Name", 'S', "1e300", 0, true, "1e300", 0, 1e300},
+    };
     NumberTable table;
     const int r = table.InsertRow(0);
-    EXPECT_TRUE(table.SetAsString(QStringLiteral("Count"), r, QStringLiteral("42")));
-    EXPECT_EQ(table.GetAsInteger(QStringLiteral("Count"), r), 42);
-    EXPECT_FALSE(table.SetAsString(QStringLiteral("Count"), r, QStringLiteral("4x")));
-    EXPECT_FALSE(table.SetAsString(QStringLiteral("Count"), r, QStringLiteral("1.5")));
-    EXPECT_EQ(table.GetAsInteger(QStringLiteral("Count"), r), 42);
-    EXPECT_TRUE(table.SetAsString(QStringLiteral("Count"), r, QString()));
-    EXPECT_TRUE(table.IsNull(1, r));
-
-    EXPECT_TRUE(table.SetAsDouble(QStringLiteral("Count"), r, 7.0));
-    EXPECT_EQ(table.GetAsString(QStringLiteral("Count"), r), QStringLiteral("7"));
-    EXPECT_FALSE(table.SetAsDouble(QStringLiteral("Count"), r, 7.5));
-    EXPECT_FALSE(table.SetAsDouble(QStringLiteral("Count"), r, 1e12));
-
-    EXPECT_TRUE(table.SetAsDouble(QStringLiteral("Weight"), r, 0.1));
-    EXPECT_EQ(table.GetAsString(QStringLiteral("Weight"), r), QStringLiteral("0.1"));
-    EXPECT_EQ(table.GetAsInteger(QStringLiteral("Weight"), r), 0);
-    EXPECT_TRUE(table.SetAsInteger(QStringLiteral("Weight"), r, 3));
-    EXPECT_DOUBLE_EQ(table.GetAsDouble(QStringLiteral("Weight"), r), 3.0);
-
-    EXPECT_TRUE(table.SetAsDouble(QStringLiteral("Name"), r, 2.5));
-    EXPECT_EQ(table.GetAsString(QStringLiteral("Name"), r), QStringLiteral("2.5"));
-    EXPECT_DOUBLE_EQ(table.GetAsDouble(QStringLiteral("Name"), r), 2.5);
-    EXPECT_EQ(table.GetAsInteger(QStringLiteral("Name"), r), 2);
-    EXPECT_TRUE(table.SetAsString(QStringLiteral("Name"), r, QStringLiteral("abc")));
-    EXPECT_EQ(table.GetAsInteger(QStringLiteral("Name"), r), 0);
-    EXPECT_TRUE(table.SetAsString(QStringLiteral("Name"), r, QStringLiteral("1e300")));
-    EXPECT_EQ(table.GetAsInteger(QStringLiteral("Name"), r), 0);
+    for (const auto& s : steps) {
+        const QString field = QString::fromLatin1(s.field);
+        SCOPED_TRACE(std::string(s.field) + " " + s.setter + " " + s.text + " " + std::to_string(s.number));
+        const bool ok = s.setter == 'S'   ? table.SetAsString(field, r, QString::fromLatin1(s.text))
+                        : s.setter == 'I' ? table.SetAsInteger(field, r, int(s.number))
+                                          : table.SetAsDouble(field, r, s.number);
+        EXPECT_EQ(ok, s.ok);
+        EXPECT_EQ(Column(table, field), QString::fromLatin1(s.cell));
+        EXPECT_EQ(table.GetAsInteger(field, r), s.asInteger);
+        EXPECT_DOUBLE_EQ(table.GetAsDouble(field, r), s.asDouble);
+    }
 }
 
 TEST(NDataModelDataSetTest, CloneIsIndependentAndKeepsEverything)
@@ -196,7 +156,7 @@ TEST(NDataModelDataSetTest, CloneIsIndependentAndKeepsEverything)
     table.SetAsInteger(QStringLiteral("ParmMode"), r, 1);
     auto copy = table.Clone();
     ASSERT_NE(copy, nullptr);
-    EXPECT_TRUE(SameTable(table, *copy));
+    EXPECT_EQ(Dump(*copy), Dump(table));
 
     copy->SetAsString(QStringLiteral("ParmName"), 1, QStringLiteral("changed"));
     copy->InsertRow(0);
@@ -222,14 +182,7 @@ TEST(NDataModelDataSetTest, SortIsStableAndTyped)
         table.SetAsString(QStringLiteral("Name"), r, QString::fromLatin1(row.name));
         table.SetAsString(QStringLiteral("Count"), r, QString::fromLatin1(row.count));
     }
-    auto column = [&table](const char* field) {
-        QStringList values;
-        for (int r = 1; r <= table.GetRowCount(); ++r)
-            values << (table.IsNull(table.GetFieldIndex(QString::fromLatin1(field)), r)
-                           ? QStringLiteral("null")
-                           : table.GetAsString(QString::fromLatin1(field), r));
-        return values.join(QLatin1Char(' '));
-    };
+    auto column = [&table](const char* field) { return Column(table, QString::fromLatin1(field)); };
     ASSERT_TRUE(table.Sort(QStringLiteral("Count")));
     // Numeric, not textual ("9" before "10"); the two 10s keep their order.
     EXPECT_EQ(column("Count"), QStringLiteral("null -1 9 10 10"));
@@ -243,12 +196,8 @@ TEST(NDataModelDataSetTest, SortIsStableAndTyped)
 TEST(NDataModelDataSetTest, SortCopesWithNotANumber)
 {
     NumberTable table;
-    const double values[] = {2.0, std::nan(""), -1.0, std::nan(""), 0.5};
-    for (double v : values)
+    for (double v : {2.0, std::nan(""), -1.0, std::nan(""), 0.5})
         table.SetAsDouble(QStringLiteral("Weight"), table.InsertRow(0), v);
     ASSERT_TRUE(table.Sort(QStringLiteral("Weight")));
-    QStringList out;
-    for (int r = 1; r <= table.GetRowCount(); ++r)
-        out << table.GetAsString(QStringLiteral("Weight"), r);
-    EXPECT_EQ(out.join(QLatin1Char(' ')), QStringLiteral("-1 0.5 2 nan nan"));
+    EXPECT_EQ(Column(table, QStringLiteral("Weight")), QStringLiteral("-1 0.5 2 nan nan"));
 }
