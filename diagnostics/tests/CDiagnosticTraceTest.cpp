@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
+#include <utility>
 
 inline void PrintTo(const QString& text, std::ostream* out)
 {
@@ -25,10 +26,8 @@ const QString kParmsEnd = QString(22, QLatin1Char('-')) + QStringLiteral(" End "
 // Four fields, one of each type.
 void AddTypedFields(NDataModelDataSet& table)
 {
-    table.AddField(QStringLiteral("s"), FT_String);
-    table.AddField(QStringLiteral("i"), FT_Integer);
-    table.AddField(QStringLiteral("d"), FT_Double);
-    table.AddField(QStringLiteral("l"), FT_LongString);
+    for (const auto& [name, type] : {std::pair{"s", FT_String}, {"i", FT_Integer}, {"d", FT_Double}, {"l", FT_LongString}})
+        table.AddField(QString::fromLatin1(name), type);
 }
 
 } // namespace

@@ -21,32 +21,27 @@ TEST_F(HostContextTest, DefaultsLiveUnderHome)
     EXPECT_TRUE(QDir(context.TestCaseRoot()).exists());
 }
 
-TEST_F(HostContextTest, EnvironmentOverridesEachValue)
+TEST_F(HostContextTest, EnvironmentOverridesEachValueAndABadBudgetFallsBack)
 {
     qputenv("VELMORA_SYSTEM_DB", "/tmp/other.db");
     qputenv("VELMORA_DRIVE_D", "/mnt/dee");
-    qputenv("VELMORA_SCRIPT_TIMEOUT_MS", "250");
     qputenv("VELMORA_CODEPAGE", "GB18030");
     HostContext& context = HostContext::Instance();
-    context.LoadFromEnvironment();
+    const struct
+    {
+        const char* text;
+        int budget;
+    } budgets[] = {{"250", 250}, {"abc", 10000}, {"-5", 10000}, {"0", 10000}, {"", 10000}};
+    for (const auto& b : budgets) {
+        qputenv("VELMORA_SCRIPT_TIMEOUT_MS", b.text);
+        context.LoadFromEnvironment();
+        EXPECT_EQ(context.ScriptTimeBudgetMs(), b.budget) << b.text;
+    }
     EXPECT_EQ(context.SystemDatabase(), QStringLiteral("/tmp/other.db"));
     EXPECT_EQ(context.DriveRoot('d'), QStringLiteral("/mnt/dee"));
-    EXPECT_EQ(context.ScriptTimeBudgetMs(), 250);
     EXPECT_EQ(context.CodePage(), QByteArray("GB18030"));
-    qunsetenv("VELMORA_SYSTEM_DB");
-    qunsetenv("VELMORA_DRIVE_D");
-    qunsetenv("VELMORA_SCRIPT_TIMEOUT_MS");
-    qunsetenv("VELMORA_CODEPAGE");
-}
-
-TEST_F(HostContextTest, BadTimeBudgetFallsBackToDefault)
-{
-    for (const char* bad : {"abc", "-5", "0", ""}) {
-        qputenv("VELMORA_SCRIPT_TIMEOUT_MS", bad);
-        HostContext::Instance().LoadFromEnvironment();
-        EXPECT_EQ(HostContext::Instance().ScriptTimeBudgetMs(), 10000) << bad;
-    }
-    qunsetenv("VELMORA_SCRIPT_TIMEOUT_MS");
+    for (const char* name : {"VELMORA_SYSTEM_DB", "VELMORA_DRIVE_D", "VELMORA_SCRIPT_TIMEOUT_MS", "VELMORA_CODEPAGE"})
+        qunsetenv(name);
 }
 
 TEST_F(HostContextTest, WindowsPathsMapToNativeOnes)
