@@ -26,3 +26,22 @@ protected:
 private:
     static bool UpdateContent(const QString& table, const QString& key, const QString& content);
 };
+
+// One named script table: the three calls bound to the table `Name`.
+template <const char16_t* Name>
+class CAccessSysData_NamedScriptTable : public CAccessSysData_ScriptTable
+{
+public:
+    static inline const QString kTableName = QString::fromUtf16(Name);
+
+    // Every script (key_ch, key_en, content, description) in key order;
+    // nullptr when the database cannot be read.
+    static std::unique_ptr<NDataModelDataSet> GetDataSet() { return ReadAll(kTableName); }
+    // True when the key is found, with its text in `content`.
+    static bool GetMacroContent(const QString& key, QString& content) { return ReadContent(kTableName, key, content); }
+    // True when the text is stored under the key; a new key is added.
+    static bool SetMacroContent(const QString& key, const QString& content)
+    {
+        return WriteContent(kTableName, key, content);
+    }
+};

@@ -58,6 +58,14 @@ void InsertAll(CMacroDataManager& store, benchmark::State& state)
     }
 }
 
+// A fresh database of the benchmark's backend holding all the macros.
+void FilledSystemDatabase(CMacroDataManager& store, benchmark::State& state, QTemporaryDir& home)
+{
+    if (!FreshSystemDatabase(state.range(0) != 0, home))
+        state.SkipWithError("no database");
+    InsertAll(store, state);
+}
+
 void BM_Insert(benchmark::State& state)
 {
     QTemporaryDir home;
@@ -76,9 +84,7 @@ void BM_LoadEach(benchmark::State& state)
 {
     QTemporaryDir home;
     CMacroDataManager store;
-    if (!FreshSystemDatabase(state.range(0) != 0, home))
-        state.SkipWithError("no database");
-    InsertAll(store, state);
+    FilledSystemDatabase(store, state, home);
     for (auto _ : state) {
         for (int id = 1; id <= kMacros; ++id) {
             CMacro macro;
@@ -93,9 +99,7 @@ void BM_ListAll(benchmark::State& state)
 {
     QTemporaryDir home;
     CMacroDataManager store;
-    if (!FreshSystemDatabase(state.range(0) != 0, home))
-        state.SkipWithError("no database");
-    InsertAll(store, state);
+    FilledSystemDatabase(store, state, home);
     for (auto _ : state) {
         CArray<CMacro> all;
         if (!store.LoadAllMacros(all) || all.GetSize() != kMacros)

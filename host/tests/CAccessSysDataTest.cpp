@@ -40,36 +40,15 @@ protected:
     }
 };
 
-TEST_P(AccessSysDataTest, StoredTextReadsBack)
+TEST_P(AccessSysDataTest, UnknownKeyIsNotFoundAndEmptyKeyIsRefused)
 {
-    Both([](const TableApi& api) {
-        const QString key = QStringLiteral("通用脚本\\钢筋重量.js");
-        const QString text = QStringLiteral("// 钢筋 'kg/m'\r\nvar W = 0.00617 * d * d;\r\n");
-        ASSERT_TRUE(api.set(key, text));
-        QString content = QStringLiteral("stale");
-        ASSERT_TRUE(api.get(key, content));
-        EXPECT_EQ(content, text);
-    });
-}
-
-TEST_P(AccessSysDataTest, UnknownKeyIsNotFoundAndLeavesTheText)
-{
-    Both([](const TableApi& api) {
+    Both([this](const TableApi& api) {
         QString content = QStringLiteral("kept");
         EXPECT_FALSE(api.get(QStringLiteral("nope.js"), content));
         EXPECT_EQ(content, QStringLiteral("kept"));
-    });
-}
-
-TEST_P(AccessSysDataTest, SettingAgainReplacesWithoutAddingARow)
-{
-    Both([this](const TableApi& api) {
-        ASSERT_TRUE(api.set(QStringLiteral("a.js"), QStringLiteral("one")));
-        ASSERT_TRUE(api.set(QStringLiteral("a.js"), QStringLiteral("two")));
-        QString content;
-        ASSERT_TRUE(api.get(QStringLiteral("a.js"), content));
-        EXPECT_EQ(content, QStringLiteral("two"));
-        EXPECT_EQ(CountRows(QLatin1String(api.table)), 1);
+        EXPECT_FALSE(api.set(QString(), QStringLiteral("x")));
+        EXPECT_FALSE(api.set(QStringLiteral(""), QStringLiteral("x")));
+        EXPECT_EQ(CountRows(QLatin1String(api.table)), 0);
     });
 }
 
@@ -83,57 +62,38 @@ TEST_P(AccessSysDataTest, TablesAreSeparate)
     EXPECT_EQ(content, QStringLiteral("first"));
 }
 
-struct OddKey
-{
-    const char* key;
-    const char* text;
-};
-
-TEST_P(AccessSysDataTest, AnyKeyOrTextIsSafe)
-{
-    const OddKey cases[] = {{"it's.js", "x = 'y';"},
-                            {"a'; drop table Macros; --", "'); delete from MacrosV2; --"},
-                            {"?:name", ":name ? $1"},
-                            {"back\\slash\\", "\\'\\\""},
-                            {" spaced ", ""}};
-    Both([&](const TableApi& api) {
-        for (const OddKey& c : cases) {
-            const QString key = QString::fromUtf8(c.key);
-            ASSERT_TRUE(api.set(key, QString::fromUtf8(c.text))) << c.key;
-            QString content;
-            ASSERT_TRUE(api.get(key, content)) << c.key;
-            EXPECT_EQ(content, QString::fromUtf8(c.text)) << c.key;
-        }
-        EXPECT_EQ(CountRows(QLatin1String(api.table)), int(std::size(cases)));
-    });
-}
-
-TEST_P(AccessSysDataTest, EmptyKeyIsRefused)
-{
-    Both([this](const TableApi& api) {
-        EXPECT_FALSE(api.set(QString(), QStringLiteral("x")));
-        EXPECT_FALSE(api.set(QStringLiteral(""), QStringLiteral("x")));
-        EXPECT_EQ(CountRows(QLatin1String(api.table)), 0);
-    });
-}
-
-TEST_P(AccessSysDataTest, HugeScriptRoundTrips)
+TEST_P(AccessSysDataTest, AnyKeyOrTextRoundTripsAndSettingAgainReplaces)
 {
     QString big;
     while (big.size() < (1 << 20))
         big += QStringLiteral("var 长度 = 2 * (b + h);\r\n");
+    const QString cases[][2] = {{"通用脚本\\钢筋重量.js", "// 钢筋 'kg/m'\r\nvar W = 0.00617 * d * d;\r\n"},
+                                {"it's.js", "x = 'y';"},
+                                {"a'; drop table Macros; --", "'); delete from MacrosV2; --"},
+                                {"?:name", ":name ? $1"},
+                                {"back\\slash\\", "\\'\\\""},
+                                {" spaced ", ""},
+                                {"big.js", big},
+                                {"it's.js", "replaced"}};
     Both([&](const TableApi& api) {
-        ASSERT_TRUE(api.set(QStringLiteral("big.js"), big));
-        QString content;
-        ASSERT_TRUE(api.get(QStringLiteral("big.js"), content));
-        EXPECT_EQ(content.size(), big.size());
-        EXPECT_TRUE(content == big);
+        for (const auto& c : cases) {
+            ASSERT_TRUE(api.set(c[0], c[1])) << c[0].toStdString();
+            QString content = QStringLiteral("stale");
+            ASSERT_TRUE(api.get(c[0], content)) << c[0].toStdString();
+            EXPECT_EQ(content.size(), c[1].size()) << c[0].toStdString();
+            EXPECT_TRUE(content == c[1]) << c[0].toStdString();
+        }
+        EXPECT_EQ(CountRows(QLatin1String(api.table)), int(std::size(cases)) - 1);
     });
 }
 
 TEST_P(AccessSysDataTest, DataSetListsEveryScriptInKeyOrder)
 {
     Both([](const TableApi& api) {
+        auto empty = api.getDataSet();
+        ASSERT_NE(empty, nullptr);
+        EXPECT_EQ(empty->GetRowCount(), 0);
+        EXPECT_EQ(empty->GetFieldCount(), 4);
         const QStringList keys{QStringLiteral("板\\b.js"), QStringLiteral("A.js"), QStringLiteral("梁\\a.js"),
                                QStringLiteral("a.js"), QStringLiteral("B.js")};
         for (const QString& key : keys)
@@ -153,16 +113,6 @@ TEST_P(AccessSysDataTest, DataSetListsEveryScriptInKeyOrder)
     });
 }
 
-TEST_P(AccessSysDataTest, EmptyTableGivesAnEmptyDataSet)
-{
-    Both([](const TableApi& api) {
-        auto set = api.getDataSet();
-        ASSERT_NE(set, nullptr);
-        EXPECT_EQ(set->GetRowCount(), 0);
-        EXPECT_EQ(set->GetFieldCount(), 4);
-    });
-}
-
 TEST_P(AccessSysDataTest, UnreadableTableGivesNoDataSet)
 {
     ASSERT_TRUE(SystemDb()->ExecuteNonQuery(QStringLiteral("drop table MacrosV2")));
@@ -173,16 +123,13 @@ TEST_P(AccessSysDataTest, UnreadableTableGivesNoDataSet)
 
 VELMORA_INSTANTIATE_DB_BACKENDS(AccessSysDataTest);
 
-class AccessSysDataOnAccessFileTest : public TempHomeTest
+class AccessSysDataOnAccessFileTest : public AccessFixtureTest
 {
 };
 
 TEST_F(AccessSysDataOnAccessFileTest, ReadsButNeverWritesAnAccessSystemDatabase)
 {
-    const QString path = CopyAccessFixture(Home());
-    ASSERT_FALSE(path.isEmpty());
-    const QByteArray original = ReadBytes(path);
-    HostContext::Instance().SetSystemDatabase(path);
+    HostContext::Instance().SetSystemDatabase(m_path);
     auto set = CAccessSysData_MacrosTable::GetDataSet();
     ASSERT_NE(set, nullptr);
     ASSERT_EQ(set->GetRowCount(), 4);
@@ -194,7 +141,7 @@ TEST_F(AccessSysDataOnAccessFileTest, ReadsButNeverWritesAnAccessSystemDatabase)
     EXPECT_FALSE(CAccessSysData_MacrosTable::SetMacroContent(QStringLiteral("new.js"), QStringLiteral("x")));
     EXPECT_EQ(CAccessSysData_MacrosV2Table::GetDataSet(), nullptr);
     CDBFactory::ReleaseThread();
-    EXPECT_EQ(ReadBytes(path), original);
+    EXPECT_EQ(ReadBytes(m_path), m_original);
 }
 
 } // namespace

@@ -58,46 +58,38 @@ class ConnectionStringFileTest : public TempHomeTest
 {
 };
 
-TEST_F(ConnectionStringFileTest, JetTextNamesItsDataSource)
+TEST_F(ConnectionStringFileTest, FileTextsNameTheirPathOrAreInvalid)
 {
-    const QString path = HomeFile(QStringLiteral("库/宏.mdb"));
-    const CConnectionString parsed =
-        CConnectionString::Parse(QStringLiteral("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=\"") + path + "\"");
-    EXPECT_EQ(parsed.GetBackend(), Backend::Access);
-    EXPECT_EQ(parsed.GetFilePath(), path);
-}
-
-TEST_F(ConnectionStringFileTest, JetValueMayHoldSemicolonsAndComeFirst)
-{
-    const CConnectionString parsed =
-        CConnectionString::Parse(QStringLiteral("Data Source=\"/a;b/x.db\";Provider=Microsoft.Jet.OLEDB.4.0"));
-    EXPECT_EQ(parsed.GetBackend(), Backend::SQLite);
-    EXPECT_EQ(parsed.GetFilePath(), QStringLiteral("/a;b/x.db"));
-}
-
-TEST_F(ConnectionStringFileTest, BrokenJetTextIsInvalid)
-{
-    for (const char* text : {"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=\"/x.mdb",
-                             "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=", "Provider=x;Data Source=\"\"",
-                             "Provider=x; data  source = ;", ""}) {
-        const CConnectionString parsed = CConnectionString::Parse(QString::fromUtf8(text));
-        EXPECT_EQ(parsed.GetBackend(), Backend::Invalid) << text;
-        EXPECT_FALSE(parsed.GetError().isEmpty()) << text;
+    const QString jet = QStringLiteral("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=");
+    const QString mdb = HomeFile(QStringLiteral("库/宏.mdb"));
+    const struct
+    {
+        QString text;
+        Backend backend;
+        QString path;
+    } cases[] = {
+        {jet + "\"" + mdb + "\"", Backend::Access, mdb},
+        // The value may hold semicolons and come first.
+        {"Data Source=\"/a;b/x.db\";Provider=Microsoft.Jet.OLEDB.4.0", Backend::SQLite, "/a;b/x.db"},
+        // A folder named like the keyword is just a path.
+        {"/srv/Data Source=old/x.db", Backend::SQLite, "/srv/Data Source=old/x.db"},
+        {"D:\\data\\macros.accdb", Backend::Access,
+         HostContext::Instance().DriveRoot(QLatin1Char('D')) + "/data/macros.accdb"},
+        {jet + "\"/x.mdb", Backend::Invalid, ""},
+        {jet, Backend::Invalid, ""},
+        {"Provider=x;Data Source=\"\"", Backend::Invalid, ""},
+        {"Provider=x; data  source = ;", Backend::Invalid, ""},
+        {"", Backend::Invalid, ""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text.toStdString());
+        const CConnectionString parsed = CConnectionString::Parse(c.text);
+        EXPECT_EQ(parsed.GetBackend(), c.backend);
+        if (c.backend == Backend::Invalid)
+            EXPECT_FALSE(parsed.GetError().isEmpty());
+        else
+            EXPECT_EQ(parsed.GetFilePath(), c.path);
     }
-}
-
-TEST_F(ConnectionStringFileTest, FolderNamedDataSourceIsJustAPath)
-{
-    const CConnectionString parsed = CConnectionString::Parse(QStringLiteral("/srv/Data Source=old/x.db"));
-    EXPECT_EQ(parsed.GetBackend(), Backend::SQLite);
-    EXPECT_EQ(parsed.GetFilePath(), QStringLiteral("/srv/Data Source=old/x.db"));
-}
-
-TEST_F(ConnectionStringFileTest, WindowsPathIsMappedToTheDriveRoot)
-{
-    const CConnectionString parsed = CConnectionString::Parse(QStringLiteral("D:\\data\\macros.accdb"));
-    EXPECT_EQ(parsed.GetBackend(), Backend::Access);
-    EXPECT_EQ(parsed.GetFilePath(), HostContext::Instance().DriveRoot(QLatin1Char('D')) + "/data/macros.accdb");
 }
 
 TEST_F(ConnectionStringFileTest, FileContentOutweighsExtension)

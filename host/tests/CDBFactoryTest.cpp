@@ -37,24 +37,17 @@ bool HasTable(CDataServiceAbsolute* db, const char* table)
     return db->Retrieve(QStringLiteral("select count(*) from ") + QLatin1String(table), count) && count == "0";
 }
 
-TEST_F(DBFactoryTest, FirstUseCreatesTheSystemDatabaseWithItsSchema)
+TEST_F(DBFactoryTest, FirstUseCreatesASqliteFileWithAWriteAheadLog)
 {
-    const QString path = HostContext::Instance().SystemDatabase();
-    ASSERT_FALSE(QFile::exists(path));
+    const QString path = HomeFile(QStringLiteral("深/层/目录/system.db"));
+    HostContext::Instance().SetSystemDatabase(path);
     CDataServiceAbsolute* db = CDBFactory::GetSingle(0);
-    ASSERT_NE(db, nullptr);
-    EXPECT_TRUE(db->IsConnected()) << db->GetError().toStdString();
+    ASSERT_TRUE(db->IsConnected()) << db->GetError().toStdString();
     EXPECT_TRUE(QFileInfo(path).isFile());
-    for (const char* table : {"SC_MACRO_DEFINE", "SC_MACROPARAM", "Macros", "MacrosV2"})
-        EXPECT_TRUE(HasTable(db, table)) << table;
-    EXPECT_EQ(CDBFactory::GetSingle(0), db);
-    EXPECT_EQ(CConnectManager::Instance()->GetFileDir(2), path);
-}
-
-TEST_F(DBFactoryTest, SqliteSystemDatabaseKeepsAWriteAheadLog)
-{
+    EXPECT_EQ(CDBFactory::GetSingle(1), nullptr);
+    EXPECT_EQ(CDBFactory::GetSingle(-1), nullptr);
     QString mode;
-    ASSERT_TRUE(CDBFactory::GetSingle(0)->Retrieve(QStringLiteral("PRAGMA journal_mode"), mode));
+    ASSERT_TRUE(db->Retrieve(QStringLiteral("PRAGMA journal_mode"), mode));
     EXPECT_EQ(mode, QStringLiteral("wal"));
     CComDB plain;
     const QString other = HomeFile(QStringLiteral("plain.db"));
@@ -62,20 +55,6 @@ TEST_F(DBFactoryTest, SqliteSystemDatabaseKeepsAWriteAheadLog)
     ASSERT_TRUE(plain.Connect(other, QString(), QString()));
     ASSERT_TRUE(plain.Retrieve(QStringLiteral("PRAGMA journal_mode"), mode));
     EXPECT_EQ(mode, QStringLiteral("delete"));
-}
-
-TEST_F(DBFactoryTest, OnlyTypeZeroIsKnown)
-{
-    EXPECT_EQ(CDBFactory::GetSingle(1), nullptr);
-    EXPECT_EQ(CDBFactory::GetSingle(-1), nullptr);
-}
-
-TEST_F(DBFactoryTest, MissingFolderIsCreated)
-{
-    const QString path = HomeFile(QStringLiteral("深/层/目录/system.db"));
-    HostContext::Instance().SetSystemDatabase(path);
-    ASSERT_TRUE(CDBFactory::GetSingle(0)->IsConnected());
-    EXPECT_TRUE(QFileInfo(path).isFile());
 }
 
 TEST_F(DBFactoryTest, ExistingDataIsKeptAndMissingTablesAdded)
@@ -174,20 +153,6 @@ TEST_F(DBFactoryTest, EachThreadHasItsOwnConnection)
     EXPECT_EQ(all->GetRowCount(), kThreads * kKeys);
 }
 
-TEST_F(DBFactoryTest, ServerUrlAsSystemDatabaseGetsTheSchema)
-{
-    QString error;
-    const QString url = PgTestServer::Instance().NewDatabaseUrl(error);
-    ASSERT_FALSE(url.isEmpty()) << error.toStdString();
-    HostContext::Instance().SetSystemDatabase(url);
-    CDataServiceAbsolute* db = CDBFactory::GetSingle(0);
-    ASSERT_TRUE(db->IsConnected()) << db->GetError().toStdString();
-    for (const char* table : {"SC_MACRO_DEFINE", "SC_MACROPARAM", "Macros", "MacrosV2"})
-        EXPECT_TRUE(HasTable(db, table)) << table;
-    EXPECT_TRUE(CSysDataSchema::Create(*db));
-    EXPECT_EQ(CConnectManager::Instance()->GetFileDir(2), url);
-}
-
 TEST_F(DBFactoryTest, ServerUserMayComeFromTheCall)
 {
     QString error;
@@ -197,6 +162,22 @@ TEST_F(DBFactoryTest, ServerUserMayComeFromTheCall)
     ASSERT_TRUE(db.Connect(withoutUser, QStringLiteral("postgres"), QString())) << db.GetError().toStdString();
     EXPECT_FALSE(db.Connect(withoutUser, QStringLiteral("nosuchrole"), QString()));
 }
+
+class SystemDatabaseTest : public DbBackendTest
+{
+};
+
+TEST_P(SystemDatabaseTest, FirstUseCreatesTheSchemaOnce)
+{
+    CDataServiceAbsolute* db = CDBFactory::GetSingle(0);
+    for (const char* table : {"SC_MACRO_DEFINE", "SC_MACROPARAM", "Macros", "MacrosV2"})
+        EXPECT_TRUE(HasTable(db, table)) << table;
+    EXPECT_TRUE(CSysDataSchema::Create(*db));
+    EXPECT_EQ(CDBFactory::GetSingle(0), db);
+    EXPECT_EQ(CConnectManager::Instance()->GetFileDir(2), Target());
+}
+
+VELMORA_INSTANTIATE_DB_BACKENDS(SystemDatabaseTest);
 
 TEST(ConnectManagerTest, KnowsTheHostsFoldersByNumber)
 {

@@ -4,7 +4,29 @@
 #include "DbBackendTest.h"
 #include "MacroStoreFixtures.h"
 
+#include <functional>
+
 namespace {
+
+// One place a quote can hide in a macro.
+struct QuoteCase
+{
+    const char* where;
+    std::function<void(CMacro&)> plant;
+    int insertResult;
+    int updateResult;
+};
+
+const QString kQuote = QStringLiteral("O'Brien");
+
+const QuoteCase kQuoteCases[] = {
+    {"name", [](CMacro& m) { m.SetName(kQuote); }, -1, 0},
+    {"description", [](CMacro& m) { m.SetDescription(kQuote); }, -1, 0},
+    {"input name", [](CMacro& m) { m.InputParams()[1].SetName(kQuote); }, -1, -1},
+    {"input value", [](CMacro& m) { m.InputParams()[0].SetValue(QStringLiteral("'); delete from SC_MACRO_DEFINE; --")); },
+     -1, -1},
+    {"output description", [](CMacro& m) { m.OutputParams()[0].SetDescription(kQuote); }, -1, -1},
+};
 
 class MacroStoreTest : public DbBackendTest
 {
@@ -20,31 +42,32 @@ protected:
         }
     }
 
+    void ExpectTablesHold(int macros, int params)
+    {
+        EXPECT_EQ(CountRows(QStringLiteral("SC_MACRO_DEFINE")), macros);
+        EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM")), params);
+    }
+
     CMacroDataManager m_macros;
     CMacroParamManager m_params;
 };
 
-TEST_P(MacroStoreTest, EmptyTablesGiveMaxZeroAndFirstIdsOne)
+TEST_P(MacroStoreTest, InsertNumbersFromTheMaxAndLoadsBackWhole)
 {
     EXPECT_EQ(m_macros.GetMaxMacroId(), 0);
     EXPECT_EQ(m_params.GetMaxParamId(), 0);
-    const CMacro macro = MakeRebarMacro();
+    // Double quotes, backslashes and semicolons are just text.
+    CMacro macro = MakeRebarMacro(QStringLiteral("a \"b\" \\c; d -- e /* f"));
+    macro.InputParams()[0].SetValue(QStringLiteral("$$x$$ :name ?"));
     EXPECT_EQ(m_macros.InsertMacro(macro), 1);
     EXPECT_EQ(macro.GetId(), -1);
     EXPECT_EQ(m_macros.GetMaxMacroId(), 1);
     EXPECT_EQ(m_params.GetMaxParamId(), 3);
     EXPECT_EQ(m_macros.InsertMacro(MakeRebarMacro(QStringLiteral("second"))), 2);
     EXPECT_EQ(m_params.GetMaxParamId(), 6);
-}
-
-TEST_P(MacroStoreTest, InsertedMacroLoadsBackWhole)
-{
-    const CMacro macro = MakeRebarMacro();
-    const int id = m_macros.InsertMacro(macro);
-    ASSERT_EQ(id, 1);
     CMacro loaded;
-    ASSERT_TRUE(m_macros.LoadMacro(id, loaded));
-    EXPECT_EQ(loaded.GetId(), id);
+    ASSERT_TRUE(m_macros.LoadMacro(1, loaded));
+    EXPECT_EQ(loaded.GetId(), 1);
     EXPECT_EQ(loaded.GetName(), macro.GetName());
     EXPECT_EQ(loaded.GetType(), 3);
     EXPECT_EQ(loaded.GetDescription(), macro.GetDescription());
@@ -53,7 +76,7 @@ TEST_P(MacroStoreTest, InsertedMacroLoadsBackWhole)
     ExpectSameParams(loaded.OutputParams(), macro.OutputParams());
 }
 
-TEST_P(MacroStoreTest, ParameterInsertReturnsTheMaxReadBeforeIt)
+TEST_P(MacroStoreTest, ParameterInsertsReturnTheMaxReadBeforeAndLoadInOrder)
 {
     const CMacroParam param = MakeParam(QStringLiteral("a"), QStringLiteral("1"), QStringLiteral("d"), 1);
     EXPECT_EQ(m_params.InsertInputParam(7, param), 0);
@@ -61,10 +84,6 @@ TEST_P(MacroStoreTest, ParameterInsertReturnsTheMaxReadBeforeIt)
     EXPECT_EQ(m_params.InsertInputParam(8, param), 2);
     EXPECT_EQ(m_params.GetMaxParamId(), 3);
     EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM"), QStringLiteral("where MACROID = 7 and TYPE = 1")), 1);
-}
-
-TEST_P(MacroStoreTest, ParameterLoadsKeepInsertionOrderAndFailWhenEmpty)
-{
     CArray<CMacroParam> inputs;
     for (const char* name : {"z", "a", "m", "b"})
         inputs.Add(MakeParam(QString::fromUtf8(name), QStringLiteral("v"), QString(""), 0));
@@ -116,12 +135,9 @@ TEST_P(MacroStoreTest, UpdateReplacesFieldsScriptAndParameters)
     CMacro neighbour;
     ASSERT_TRUE(m_macros.LoadMacro(2, neighbour));
     EXPECT_EQ(neighbour.InputParams().GetSize(), 2);
-}
-
-TEST_P(MacroStoreTest, UpdatingAMissingMacroFailsAtTheScript)
-{
+    // A missing macro fails at the script, after its (empty) row update.
     EXPECT_EQ(m_macros.UpdateMacro(42, MakeRebarMacro()), -1);
-    EXPECT_EQ(CountRows(QStringLiteral("SC_MACRO_DEFINE")), 0);
+    EXPECT_EQ(CountRows(QStringLiteral("SC_MACRO_DEFINE")), 2);
 }
 
 TEST_P(MacroStoreTest, DeleteRemovesMacroAndItsParameters)
@@ -160,45 +176,113 @@ TEST_P(MacroStoreTest, LoadAllListsMacrosWithoutParameters)
     EXPECT_EQ(all[1].OutputParams().GetSize(), 0);
 }
 
-struct NarrowCase
-{
-    const char16_t* script;
-    const char16_t* stored;
-};
-
 TEST_P(MacroStoreTest, ScriptKeepsOnlyTheLowByteOfEachCharacter)
-{
-    const NarrowCase cases[] = {
-        {u"var a = 1;\r\n", u"var a = 1;\r\n"},
-        {u"\u4E2D\u6587", u"\u002D\u0087"},   // 中 0x4E2D, 文 0x6587
-        {u"x = '\u00E9\u00FF';", u"x = '\u00E9\u00FF';"},
-        {u"ab\u0100cd", u"ab"},               // a low byte of zero ends the text
-        {u"", u""},
-    };
-    for (const NarrowCase& c : cases) {
-        CMacro macro = MakeRebarMacro();
-        macro.SetContent(QString::fromUtf16(c.script));
-        const int id = m_macros.InsertMacro(macro);
-        ASSERT_GT(id, 0);
-        CMacro loaded;
-        ASSERT_TRUE(m_macros.LoadMacro(id, loaded));
-        EXPECT_EQ(loaded.GetContent(), QString::fromUtf16(c.stored)) << id;
-    }
-}
-
-TEST_P(MacroStoreTest, HugeScriptIsStoredWhole)
 {
     QString big;
     while (big.size() < (1 << 20))
         big += QStringLiteral("var L = 2 * (b + h) - 8 * c; // 'quoted'\r\n");
-    CMacro macro = MakeRebarMacro();
-    macro.SetContent(big);
-    const int id = m_macros.InsertMacro(macro);
-    ASSERT_EQ(id, 1);
-    CMacro loaded;
-    ASSERT_TRUE(m_macros.LoadMacro(id, loaded));
-    EXPECT_EQ(loaded.GetContent().size(), big.size());
-    EXPECT_TRUE(loaded.GetContent() == big);
+    const QString cases[][2] = {
+        {QStringLiteral("var a = 1;\r\n"), QStringLiteral("var a = 1;\r\n")},
+        {QString::fromUtf16(u"\u4E2D\u6587"), QString::fromUtf16(u"\u002D\u0087")}, // 中 0x4E2D, 文 0x6587
+        {QString::fromUtf16(u"x = '\u00E9\u00FF';"), QString::fromUtf16(u"x = '\u00E9\u00FF';")},
+        {QString::fromUtf16(u"ab\u0100cd"), QStringLiteral("ab")}, // a low byte of zero ends the text
+        {QString(), QString()},
+        {big, big},
+    };
+    for (const auto& c : cases) {
+        CMacro macro = MakeRebarMacro();
+        macro.SetContent(c[0]);
+        const int id = m_macros.InsertMacro(macro);
+        ASSERT_GT(id, 0);
+        CMacro loaded;
+        ASSERT_TRUE(m_macros.LoadMacro(id, loaded));
+        EXPECT_EQ(loaded.GetContent().size(), c[1].size()) << id;
+        EXPECT_TRUE(loaded.GetContent() == c[1]) << id;
+    }
+}
+
+TEST_P(MacroStoreTest, QuoteMakesInsertAndUpdateFailWithNothingChanged)
+{
+    const CMacro original = MakeRebarMacro();
+    for (const QuoteCase& c : kQuoteCases) {
+        SCOPED_TRACE(c.where);
+        CMacro macro = MakeRebarMacro(QStringLiteral("changed"));
+        macro.SetContent(QStringLiteral("changed"));
+        c.plant(macro);
+        EXPECT_EQ(m_macros.InsertMacro(macro), c.insertResult);
+        ExpectTablesHold(0, 0);
+    }
+    ASSERT_EQ(m_macros.InsertMacro(original), 1);
+    for (const QuoteCase& c : kQuoteCases) {
+        SCOPED_TRACE(c.where);
+        CMacro macro = MakeRebarMacro(QStringLiteral("changed"));
+        macro.SetContent(QStringLiteral("changed"));
+        c.plant(macro);
+        EXPECT_EQ(m_macros.UpdateMacro(1, macro), c.updateResult);
+        CMacro loaded;
+        ASSERT_TRUE(m_macros.LoadMacro(1, loaded));
+        EXPECT_EQ(loaded.GetName(), original.GetName());
+        EXPECT_EQ(loaded.GetContent(), original.GetContent());
+        EXPECT_EQ(loaded.InputParams().GetSize(), 2);
+    }
+    ExpectTablesHold(1, 3);
+}
+
+TEST_P(MacroStoreTest, QuoteInAParameterFailsItsInsert)
+{
+    const CMacroParam bad = MakeParam(QStringLiteral("x"), kQuote, QString(""), 0);
+    EXPECT_EQ(m_params.InsertInputParam(1, bad), -1);
+    EXPECT_EQ(m_params.InsertOutputParam(1, bad), -1);
+    CArray<CMacroParam> inputs;
+    inputs.Add(MakeParam(QStringLiteral("good"), QStringLiteral("1"), QString(""), 1));
+    CArray<CMacroParam> outputs;
+    outputs.Add(bad);
+    EXPECT_FALSE(m_macros.SaveMacroParams(1, inputs, outputs));
+    ExpectTablesHold(0, 0);
+}
+
+TEST_P(MacroStoreTest, LockedDatabaseFailsCleanly)
+{
+    ASSERT_EQ(m_macros.InsertMacro(MakeRebarMacro()), 1);
+    ASSERT_TRUE(SystemDb()->SetBusyTimeoutMs(200));
+    auto holder = SecondConnection();
+    if (GetParam() == DbBackend::SQLite) {
+        ASSERT_TRUE(holder->ExecuteNonQuery(QStringLiteral("BEGIN EXCLUSIVE")));
+    } else {
+        ASSERT_TRUE(holder->ExecuteNonQuery(QStringLiteral("BEGIN")));
+        ASSERT_TRUE(holder->ExecuteNonQuery(QStringLiteral("LOCK TABLE SC_MACRO_DEFINE IN ACCESS EXCLUSIVE MODE")));
+    }
+    EXPECT_EQ(m_macros.InsertMacro(MakeRebarMacro()), -1);
+    EXPECT_FALSE(m_macros.DeleteMacro(1));
+    EXPECT_EQ(m_macros.UpdateMacro(1, MakeRebarMacro(QStringLiteral("x"))), 0);
+    // SQLite's write-ahead log lets readers past a writer's lock; the server's
+    // exclusive table lock stops them too.
+    CArray<CMacro> all;
+    EXPECT_EQ(m_macros.LoadAllMacros(all), GetParam() == DbBackend::SQLite);
+    ASSERT_TRUE(holder->ExecuteNonQuery(QStringLiteral("ROLLBACK")));
+    ExpectTablesHold(1, 3);
+    EXPECT_EQ(m_macros.InsertMacro(MakeRebarMacro()), 2);
+}
+
+TEST_P(MacroStoreTest, MissingTablesFailEveryOperation)
+{
+    auto db = SecondConnection();
+    ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("drop table SC_MACROPARAM")));
+    ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("drop table SC_MACRO_DEFINE")));
+    EXPECT_EQ(m_macros.GetMaxMacroId(), -1);
+    EXPECT_EQ(m_params.GetMaxParamId(), -1);
+    EXPECT_EQ(m_macros.InsertMacro(MakeRebarMacro()), -1);
+    EXPECT_EQ(m_macros.UpdateMacro(1, MakeRebarMacro()), 0);
+    EXPECT_FALSE(m_macros.DeleteMacro(1));
+    CMacro macro;
+    EXPECT_FALSE(m_macros.LoadMacro(1, macro));
+    CArray<CMacro> all;
+    EXPECT_FALSE(m_macros.LoadAllMacros(all));
+    // The parameter loads only test for an empty result: a failed query passes.
+    CArray<CMacroParam> params;
+    params.Add(CMacroParam());
+    EXPECT_TRUE(m_params.LoadInputParams(1, params));
+    EXPECT_EQ(params.GetSize(), 0);
 }
 
 VELMORA_INSTANTIATE_DB_BACKENDS(MacroStoreTest);

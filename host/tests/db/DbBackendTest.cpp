@@ -22,6 +22,7 @@ void DbBackendTest::SetUp()
     }
     ASSERT_NE(SystemDb(), nullptr);
     ASSERT_TRUE(SystemDb()->IsConnected()) << SystemDb()->GetError().toStdString();
+    Prepare();
 }
 
 void DbBackendTest::TearDown()
@@ -65,4 +66,12 @@ QString CopyAccessFixture(const QString& folder, const QString& name)
         return QString();
     QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
     return target;
+}
+
+void AccessFixtureTest::SetUp()
+{
+    TempHomeTest::SetUp();
+    m_path = CopyAccessFixture(Home());
+    ASSERT_FALSE(m_path.isEmpty());
+    m_original = ReadBytes(m_path);
 }

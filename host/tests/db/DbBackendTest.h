@@ -18,6 +18,8 @@ class DbBackendTest : public TempHomeTest, public ::testing::WithParamInterface<
 protected:
     void SetUp() override;
     void TearDown() override;
+    // Runs at the end of SetUp, once the system database is connected.
+    virtual void Prepare() {}
 
     // The connection string of this test's system database.
     const QString& Target() const { return m_target; }
@@ -41,3 +43,13 @@ std::string DbBackendName(const ::testing::TestParamInfo<DbBackend>& info);
 // Copies the repository's Access fixture (read-only test data) into `folder`
 // and returns the copy's native path; empty on failure.
 QString CopyAccessFixture(const QString& folder, const QString& name = QStringLiteral("macros.mdb"));
+
+// A private copy of the Access fixture in the temporary home.
+class AccessFixtureTest : public TempHomeTest
+{
+protected:
+    void SetUp() override;
+
+    QString m_path;
+    QByteArray m_original;
+};
