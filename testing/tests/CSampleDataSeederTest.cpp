@@ -5,7 +5,6 @@
 #include "CTestCaseStore.h"
 #include "CodePage.h"
 #include "HostContext.h"
-#include "NativePath.h"
 #include "TestEnvironment.h"
 
 #include <QDir>
@@ -39,54 +38,10 @@ protected:
         ASSERT_TRUE(m_samples.LoadBuiltIn());
     }
 
-    CSampleScripts m_samples;
-};
-
-TEST_F(CSampleDataSeederTest, FreshHomeGetsEveryScriptInMacros)
-{
-    CSampleDataSeeder seeder;
-    ASSERT_TRUE(CSampleDataSeeder::NeedsSeeding());
-    ASSERT_TRUE(seeder.SeedIfNeeded()) << seeder.Error().toStdString();
-    EXPECT_TRUE(seeder.Seeded());
-    EXPECT_EQ(seeder.ScriptCount(), m_samples.Scripts().size());
-    EXPECT_FALSE(CSampleDataSeeder::NeedsSeeding());
-
-    const QList<QVariantList> rows = Rows(QStringLiteral("Macros"));
-    ASSERT_EQ(rows.size(), m_samples.Scripts().size());
-    for (int i = 0; i < rows.size(); ++i) {
-        const CSampleScripts::Script& script = m_samples.Scripts().at(i);
-        EXPECT_EQ(rows[i][0].toString(), script.keyCh);
-        EXPECT_EQ(rows[i][1].toString(), script.keyEn);
-        EXPECT_EQ(rows[i][2].toString(), script.script);
-        EXPECT_EQ(rows[i][3].toString(), script.description);
-    }
-}
-
-TEST_F(CSampleDataSeederTest, OnlyGeneralAndGraphicScriptsGoToMacrosV2)
-{
-    CSampleDataSeeder seeder;
-    ASSERT_TRUE(seeder.SeedIfNeeded());
-    QStringList expected;
-    for (const CSampleScripts::Script& script : m_samples.Scripts()) {
-        if (script.keyCh.startsWith(QStringLiteral("通用脚本\\")) || script.keyCh.startsWith(QStringLiteral("图形法脚本\\")))
-            expected << script.keyCh;
-    }
-    ASSERT_FALSE(expected.isEmpty());
-    QStringList actual;
-    for (const QVariantList& row : Rows(QStringLiteral("MacrosV2")))
-        actual << row[0].toString();
-    EXPECT_EQ(actual, expected);
-}
-
-TEST_F(CSampleDataSeederTest, CasesReadBackThroughTheStore)
-{
-    CSampleDataSeeder seeder;
-    ASSERT_TRUE(seeder.SeedIfNeeded());
-    int cases = 0;
-    for (const CSampleScripts::Script& script : m_samples.Scripts()) {
-        ASSERT_TRUE(CTestCaseStore::HasTestCases(script.keyCh)) << script.keyCh.toStdString();
-        QString fun;
-        QString parm;
+    // Every case of `script` reads back through the store as the samples give it.
+    void ExpectCases(const CSampleScripts::Script& script)
+    {
+        QString fun, parm;
         ASSERT_TRUE(CTestCaseStore::LoadGlobals(script.keyCh, fun, parm));
         EXPECT_EQ(fun, m_samples.GlobalFun());
         EXPECT_EQ(parm, script.globalParm);
@@ -94,10 +49,9 @@ TEST_F(CSampleDataSeederTest, CasesReadBackThroughTheStore)
         ASSERT_TRUE(CTestCaseStore::ListTestCases(script.keyCh, names));
         ASSERT_EQ(names.GetSize(), script.cases.size());
         for (const CSampleScripts::Case& testCase : script.cases) {
-            const QString name = testCase.name + QStringLiteral(".tx");
             QString text;
             CTestCaseInfoTable table;
-            ASSERT_TRUE(CTestCaseStore::LoadTestCase(script.keyCh, name, text, &table)) << name.toStdString();
+            ASSERT_TRUE(CTestCaseStore::LoadTestCase(script.keyCh, testCase.name + ".tx", text, &table));
             EXPECT_EQ(text, testCase.script);
             ASSERT_EQ(table.GetRowCount(), testCase.expected.size());
             for (int row = 1; row <= table.GetRowCount(); ++row) {
@@ -106,29 +60,52 @@ TEST_F(CSampleDataSeederTest, CasesReadBackThroughTheStore)
                 EXPECT_EQ(table.GetAsString(CTestCaseInfoTable::ParmValue, row), e.value);
                 EXPECT_EQ(table.GetAsString(CTestCaseInfoTable::ParmMsg, row), e.comment);
             }
-            ++cases;
         }
     }
-    EXPECT_EQ(seeder.CaseCount(), cases);
-}
 
-TEST_F(CSampleDataSeederTest, MacroListLooksLikeTheHostsRun)
+    CSampleScripts m_samples;
+};
+
+TEST_F(CSampleDataSeederTest, FreshHomeGetsEveryScriptCaseAndTheMacroListOnce)
 {
     CSampleDataSeeder seeder;
-    ASSERT_TRUE(seeder.SeedIfNeeded());
-    const QString text = CodePage::ToUnicode(ReadBytes(MacroListPath()));
-    QString expected = QString(29, QLatin1Char('*')) + QStringLiteral("\r\n");
-    for (const CSampleScripts::Script& script : m_samples.Scripts())
-        expected += script.keyCh + QLatin1Char(':') + script.category + QStringLiteral("\r\n");
-    EXPECT_EQ(text, expected);
+    ASSERT_TRUE(CSampleDataSeeder::NeedsSeeding());
+    ASSERT_TRUE(seeder.SeedIfNeeded()) << seeder.Error().toStdString();
+    EXPECT_TRUE(seeder.Seeded());
+    EXPECT_FALSE(CSampleDataSeeder::NeedsSeeding());
+    EXPECT_EQ(seeder.ScriptCount(), m_samples.Scripts().size());
 
-    CArray<QString> lines;
-    ASSERT_TRUE(CTestCaseStore::ReadLastRunScripts(lines));
-    ASSERT_EQ(lines.GetSize(), m_samples.Scripts().size());
-    EXPECT_EQ(lines[0], m_samples.Scripts()[0].keyCh + QLatin1Char(':') + m_samples.Scripts()[0].category);
+    const QList<QVariantList> rows = Rows(QStringLiteral("Macros"));
+    ASSERT_EQ(rows.size(), m_samples.Scripts().size());
+    QStringList v2Expected, macroList{QString(29, QLatin1Char('*'))};
+    int cases = 0;
+    for (int i = 0; i < rows.size(); ++i) {
+        const CSampleScripts::Script& script = m_samples.Scripts().at(i);
+        SCOPED_TRACE(script.keyCh.toStdString());
+        EXPECT_EQ(rows[i], (QVariantList{script.keyCh, script.keyEn, script.script, script.description}));
+        if (CSampleScripts::IsV2Key(script.keyCh))
+            v2Expected << script.keyCh;
+        macroList << script.keyCh + QLatin1Char(':') + script.category;
+        cases += int(script.cases.size());
+        ExpectCases(script);
+    }
+    EXPECT_EQ(seeder.CaseCount(), cases);
+    QStringList v2;
+    for (const QVariantList& row : Rows(QStringLiteral("MacrosV2")))
+        v2 << row[0].toString();
+    ASSERT_FALSE(v2.isEmpty());
+    EXPECT_EQ(v2, v2Expected);
+    EXPECT_EQ(CodePage::ToUnicode(ReadBytes(MacroListPath())), macroList.join("\r\n") + "\r\n");
+
+    // Seeding again changes nothing.
+    const QByteArray dbBytes = ReadBytes(HostContext::Instance().SystemDatabase());
+    CSampleDataSeeder second;
+    ASSERT_TRUE(second.SeedIfNeeded());
+    EXPECT_FALSE(second.Seeded());
+    EXPECT_EQ(ReadBytes(HostContext::Instance().SystemDatabase()), dbBytes);
 }
 
-TEST_F(CSampleDataSeederTest, AnExistingDatabaseIsNeverSeeded)
+TEST_F(CSampleDataSeederTest, ExistingOrServerDatabasesAreNeverSeeded)
 {
     const QString db = HostContext::Instance().SystemDatabase();
     ASSERT_TRUE(WriteBytes(db, QByteArray()));
@@ -139,17 +116,12 @@ TEST_F(CSampleDataSeederTest, AnExistingDatabaseIsNeverSeeded)
     EXPECT_EQ(QFileInfo(db).size(), 0);
     EXPECT_FALSE(QFileInfo::exists(MacroListPath()));
     EXPECT_FALSE(CTestCaseStore::HasTestCases(m_samples.Scripts()[0].keyCh));
-}
 
-TEST_F(CSampleDataSeederTest, SeedingTwiceChangesNothing)
-{
-    CSampleDataSeeder first;
-    ASSERT_TRUE(first.SeedIfNeeded());
-    const QByteArray dbBytes = ReadBytes(HostContext::Instance().SystemDatabase());
-    CSampleDataSeeder second;
-    ASSERT_TRUE(second.SeedIfNeeded());
-    EXPECT_FALSE(second.Seeded());
-    EXPECT_EQ(ReadBytes(HostContext::Instance().SystemDatabase()), dbBytes);
+    HostContext::Instance().SetSystemDatabase(QStringLiteral("postgresql://u@localhost/none"));
+    EXPECT_FALSE(CSampleDataSeeder::NeedsSeeding());
+    CSampleDataSeeder server;
+    EXPECT_TRUE(server.SeedIfNeeded());
+    EXPECT_FALSE(server.Seeded());
 }
 
 TEST_F(CSampleDataSeederTest, UsersCasesAndMacroListStay)
@@ -160,8 +132,7 @@ TEST_F(CSampleDataSeederTest, UsersCasesAndMacroListStay)
     CSampleDataSeeder seeder;
     ASSERT_TRUE(seeder.SeedIfNeeded());
     EXPECT_TRUE(seeder.Seeded());
-    QString fun;
-    QString parm;
+    QString fun, parm;
     ASSERT_TRUE(CTestCaseStore::LoadGlobals(mine.keyCh, fun, parm));
     EXPECT_EQ(fun, QStringLiteral("// my functions"));
     EXPECT_EQ(parm, QStringLiteral("var a = 1"));
@@ -170,7 +141,7 @@ TEST_F(CSampleDataSeederTest, UsersCasesAndMacroListStay)
     EXPECT_EQ(names.GetSize(), 0);
     EXPECT_EQ(ReadBytes(MacroListPath()), QByteArray("my log"));
     // The other scripts were seeded all the same.
-    EXPECT_TRUE(CTestCaseStore::HasTestCases(m_samples.Scripts()[0].keyCh));
+    ExpectCases(m_samples.Scripts()[0]);
 }
 
 TEST_F(CSampleDataSeederTest, FailureLeavesNoDatabaseSoTheNextStartRetries)
@@ -190,27 +161,4 @@ TEST_F(CSampleDataSeederTest, FailureLeavesNoDatabaseSoTheNextStartRetries)
     CSampleDataSeeder again;
     ASSERT_TRUE(again.SeedIfNeeded()) << again.Error().toStdString();
     EXPECT_TRUE(again.Seeded());
-}
-
-TEST_F(CSampleDataSeederTest, ServerDatabasesAreNotSeeded)
-{
-    HostContext::Instance().SetSystemDatabase(QStringLiteral("postgresql://u@localhost/none"));
-    EXPECT_FALSE(CSampleDataSeeder::NeedsSeeding());
-    CSampleDataSeeder seeder;
-    EXPECT_TRUE(seeder.SeedIfNeeded());
-    EXPECT_FALSE(seeder.Seeded());
-}
-
-TEST_F(CSampleDataSeederTest, GivenScriptsAreSeededInstead)
-{
-    CSampleScripts own;
-    ASSERT_TRUE(own.Load(R"({"X": {"key_ch": "柱\\x.js", "key_en": "X", "description": "", "category": "柱",
-        "globalParm": "", "script": "var y = 1;", "cases": [{"name": "one", "script": "", "expect": [["y", "1", ""]]}]}})",
-                         "// f\n"));
-    CSampleDataSeeder seeder;
-    ASSERT_TRUE(seeder.SeedIfNeeded(own));
-    EXPECT_EQ(seeder.ScriptCount(), 1);
-    EXPECT_EQ(seeder.CaseCount(), 1);
-    ASSERT_EQ(Rows(QStringLiteral("Macros")).size(), 1);
-    EXPECT_TRUE(Rows(QStringLiteral("MacrosV2")).isEmpty());
 }

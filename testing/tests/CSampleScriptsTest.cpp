@@ -4,14 +4,14 @@
 
 namespace {
 
-QByteArray OneScript(const QByteArray& id, const QByteArray& body)
-{
-    return "{\"" + id + "\": " + body + "}";
-}
-
 const QByteArray kGoodBody = R"({"key_ch": "梁\\a.js", "key_en": "A", "description": "d", "category": "梁",
   "globalParm": "var x = 1 ////x", "script": "var y = x;",
   "cases": [{"name": "c1", "script": "x = 2;", "expect": [["y", "2", "why"]]}]})";
+
+QByteArray OneScript(const QByteArray& body)
+{
+    return "{\"A\": " + body + "}";
+}
 
 } // namespace
 
@@ -32,42 +32,22 @@ TEST(CSampleScriptsTest, BuiltInSamplesAreRebarScriptsWithCases)
     }
 }
 
-TEST(CSampleScriptsTest, GlobalFunctionsGetCrLfLineBreaks)
-{
-    CSampleScripts samples;
-    ASSERT_TRUE(samples.Load(OneScript("A", kGoodBody), "line1\nline2\r\nline3\n"));
-    EXPECT_EQ(samples.GlobalFun(), QStringLiteral("line1\r\nline2\r\nline3\r\n"));
-}
-
-TEST(CSampleScriptsTest, ReadsEveryFieldOfAScript)
-{
-    CSampleScripts samples;
-    ASSERT_TRUE(samples.Load(OneScript("A", kGoodBody), "f"));
-    ASSERT_EQ(samples.Scripts().size(), 1);
-    const CSampleScripts::Script& s = samples.Scripts().first();
-    EXPECT_EQ(s.keyCh, QStringLiteral("梁\\a.js"));
-    EXPECT_EQ(s.keyEn, QStringLiteral("A"));
-    EXPECT_EQ(s.description, QStringLiteral("d"));
-    EXPECT_EQ(s.category, QStringLiteral("梁"));
-    EXPECT_EQ(s.globalParm, QStringLiteral("var x = 1 ////x"));
-    EXPECT_EQ(s.script, QStringLiteral("var y = x;"));
-    ASSERT_EQ(s.cases.size(), 1);
-    EXPECT_EQ(s.cases[0].name, QStringLiteral("c1"));
-    EXPECT_EQ(s.cases[0].script, QStringLiteral("x = 2;"));
-    ASSERT_EQ(s.cases[0].expected.size(), 1);
-    EXPECT_EQ(s.cases[0].expected[0].name, QStringLiteral("y"));
-    EXPECT_EQ(s.cases[0].expected[0].value, QStringLiteral("2"));
-    EXPECT_EQ(s.cases[0].expected[0].comment, QStringLiteral("why"));
-}
-
-TEST(CSampleScriptsTest, KeepsTheOrderOfTheFile)
+TEST(CSampleScriptsTest, ReadsEveryFieldInFileOrderWithCrLfFunctions)
 {
     const QByteArray json = "{\"Zeta\": " + kGoodBody + ", \"Alpha\": " + QByteArray(kGoodBody).replace("a.js", "b.js") + "}";
     CSampleScripts samples;
-    ASSERT_TRUE(samples.Load(json, "f"));
+    ASSERT_TRUE(samples.Load(json, "line1\nline2\r\nline3\n"));
+    EXPECT_EQ(samples.GlobalFun(), QStringLiteral("line1\r\nline2\r\nline3\r\n"));
     ASSERT_EQ(samples.Scripts().size(), 2);
-    EXPECT_EQ(samples.Scripts()[0].keyCh, QStringLiteral("梁\\a.js"));
     EXPECT_EQ(samples.Scripts()[1].keyCh, QStringLiteral("梁\\b.js"));
+    const CSampleScripts::Script& s = samples.Scripts().first();
+    EXPECT_EQ(QStringList({s.keyCh, s.keyEn, s.description, s.category, s.globalParm, s.script}),
+              QStringList({QStringLiteral("梁\\a.js"), "A", "d", QStringLiteral("梁"), "var x = 1 ////x", "var y = x;"}));
+    ASSERT_EQ(s.cases.size(), 1);
+    EXPECT_EQ(s.cases[0].name + "|" + s.cases[0].script, QStringLiteral("c1|x = 2;"));
+    ASSERT_EQ(s.cases[0].expected.size(), 1);
+    const CSampleScripts::Expected& e = s.cases[0].expected[0];
+    EXPECT_EQ(e.name + "|" + e.value + "|" + e.comment, QStringLiteral("y|2|why"));
 }
 
 TEST(CSampleScriptsTest, DamagedSamplesAreRefused)
@@ -79,10 +59,10 @@ TEST(CSampleScriptsTest, DamagedSamplesAreRefused)
     } cases[] = {
         {"not JSON", "{\"A\": "},
         {"an array", "[1, 2]"},
-        {"no key", OneScript("A", QByteArray(kGoodBody).replace("\"key_ch\"", "\"other\""))},
-        {"no script text", OneScript("A", QByteArray(kGoodBody).replace("\"script\": \"var y = x;\"", "\"script\": \"\""))},
-        {"case without name", OneScript("A", QByteArray(kGoodBody).replace("\"name\": \"c1\"", "\"name\": \"\""))},
-        {"short expected row", OneScript("A", QByteArray(kGoodBody).replace("[\"y\", \"2\", \"why\"]", "[\"y\", \"2\"]"))},
+        {"no key", OneScript(QByteArray(kGoodBody).replace("\"key_ch\"", "\"other\""))},
+        {"no script text", OneScript(QByteArray(kGoodBody).replace("\"script\": \"var y = x;\"", "\"script\": \"\""))},
+        {"case without name", OneScript(QByteArray(kGoodBody).replace("\"name\": \"c1\"", "\"name\": \"\""))},
+        {"short expected row", OneScript(QByteArray(kGoodBody).replace("[\"y\", \"2\", \"why\"]", "[\"y\", \"2\"]"))},
     };
     for (const auto& c : cases) {
         CSampleScripts samples;
@@ -99,12 +79,9 @@ TEST(CSampleScriptsTest, V2KeysAreTheGeneralAndGraphicFolders)
         QString key;
         bool v2;
     } cases[] = {
-        {QStringLiteral("通用脚本\\a.js"), true},
-        {QStringLiteral("图形法脚本\\b.js"), true},
-        {QStringLiteral("梁\\c.js"), false},
-        {QStringLiteral("通用脚本.js"), false},
-        {QStringLiteral("通用脚本/a.js"), false},
-        {QString(), false},
+        {QStringLiteral("通用脚本\\a.js"), true}, {QStringLiteral("图形法脚本\\b.js"), true},
+        {QStringLiteral("梁\\c.js"), false},     {QStringLiteral("通用脚本.js"), false},
+        {QStringLiteral("通用脚本/a.js"), false}, {QString(), false},
     };
     for (const auto& c : cases)
         EXPECT_EQ(CSampleScripts::IsV2Key(c.key), c.v2) << c.key.toStdString();

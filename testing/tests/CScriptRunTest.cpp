@@ -1,3 +1,4 @@
+#include "CAccessSysData_MacrosTable.h"
 #include "COutPutTextTable.h"
 #include "HostContext.h"
 #include "RunnerTestSupport.h"
@@ -27,12 +28,23 @@ protected:
         SeedCase("beam.js", "4throws.tx", "throw new Error('坏');", {{"area", "0"}});
     }
 
-    static QStringList Messages(const CScriptTestReport& report)
+    static void AddScript(const QString& key, const QString& text)
     {
-        QStringList list;
-        for (const CTestCaseOutcome& o : report.outcomes)
-            list.append(o.caseName + "|" + (o.passed ? "pass" : "fail") + "|" + o.message);
-        return list;
+        ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent(key, text));
+    }
+
+    void ExpectFailureBox(const CTestJavaScriptService& service)
+    {
+        EXPECT_EQ(Ui().MessageTexts(), QStringList({"测试出现失败！"}));
+        const auto box = Ui().CallsOf("MessageBox");
+        ASSERT_EQ(box.size(), 1);
+        EXPECT_EQ(box[0].caption, QString());
+        EXPECT_EQ(box[0].style, UIFunction::MB_OK);
+        // The box, then the result file opened: the last things done.
+        ASSERT_GE(Ui().calls.size(), 2);
+        EXPECT_EQ(Ui().calls[Ui().calls.size() - 2].kind, QStringLiteral("MessageBox"));
+        EXPECT_EQ(Ui().calls.last().kind, QStringLiteral("ShellOpen"));
+        EXPECT_EQ(Ui().calls.last().text, NativePath::Map(service.GetResultFileName()));
     }
 };
 
@@ -58,21 +70,18 @@ TEST_F(ScriptRunTest, EveryCaseIsLoggedInOrderAndFailuresDoNotStopTheRun)
     for (const CTestCaseOutcome& o : seen)
         EXPECT_EQ(o.script, QStringLiteral("beam.js"));
 
-    const QString table = [] {
-        COutPutTextTable t;
-        for (const char* title : {"ParmName", "ParmValue", "NewParmValue"})
-            t.AddTextNode(title);
-        for (const char* cell : {"area", "3.0", "3", "note", "w=3", "w=3"})
-            t.AddNodeValue(cell);
-        return t.ToText();
-    }();
+    COutPutTextTable table;
+    for (const char* title : {"ParmName", "ParmValue", "NewParmValue"})
+        table.AddTextNode(title);
+    for (const char* cell : {"area", "3.0", "3", "note", "w=3", "w=3"})
+        table.AddNodeValue(cell);
     EXPECT_EQ(Masked(service), Line("beam.js", "1pass.tx", "计算结果一致!") + Line("beam.js", "1pass.tx", "测试通过!")
-                                   + Line("beam.js", "2mismatch.tx", "计算结果不一致!") + table
+                                   + Line("beam.js", "2mismatch.tx", "计算结果不一致!") + table.ToText()
                                    + Line("beam.js", "3broken.tx", "无法获取测试用例信息!")
                                    + Line("beam.js", "4throws.tx", seen[3].message));
 }
 
-TEST_F(ScriptRunTest, ScriptsWithoutCasesOrGlobalsFailWithOneLine)
+TEST_F(ScriptRunTest, MissingCasesOrGlobalsFailWithOneLineAndGlobalsAlonePass)
 {
     CTestJavaScriptService service;
     EXPECT_FALSE(service.RunScriptTests("none.js", "var a = 1;"));
@@ -84,16 +93,10 @@ TEST_F(ScriptRunTest, ScriptsWithoutCasesOrGlobalsFailWithOneLine)
     SeedGlobals("noparm.js");
     ASSERT_TRUE(QFile::remove(NativePath::Map(CTestCaseStore::ScriptFolder("noparm.js") + "GlobalParm.txt")));
     EXPECT_FALSE(service.RunScriptTests("noparm.js", "var a = 1;"));
+    SeedGlobals("empty.js");
+    EXPECT_TRUE(service.RunScriptTests("empty.js", "var a = 1;"));
     EXPECT_EQ(Masked(service), Line("none.js", "", "没有测试用例!") + Line("casesonly.js", "", "没有测试用例!")
                                    + Line("noparm.js", "", "无法获取全局信息!"));
-}
-
-TEST_F(ScriptRunTest, GlobalsWithoutCasesPassWithNoLines)
-{
-    SeedGlobals("empty.js");
-    CTestJavaScriptService service;
-    EXPECT_TRUE(service.RunScriptTests("empty.js", "var a = 1;"));
-    EXPECT_FALSE(QFile::exists(NativePath::Map(service.GetResultFileName())));
 }
 
 TEST_F(ScriptRunTest, AScriptThatNeverEndsIsLoggedAndTheNextCaseRuns)
@@ -112,28 +115,7 @@ TEST_F(ScriptRunTest, AScriptThatNeverEndsIsLoggedAndTheNextCaseRuns)
     EXPECT_EQ(report.outcomes[1].message, QStringLiteral("测试通过!"));
 }
 
-TEST_F(ScriptRunTest, GatheredReportsWriteTheSameFileLater)
-{
-    SeedBeam();
-    CTestJavaScriptService direct;
-    direct.RunScriptTests("beam.js", kScript);
-
-    CTestJavaScriptService gathering;
-    CScriptTestReport report;
-    EXPECT_FALSE(gathering.RunScriptTests("beam.js", kScript, &report));
-    EXPECT_FALSE(report.passed);
-    EXPECT_EQ(report.script, QStringLiteral("beam.js"));
-    EXPECT_FALSE(QFile::exists(NativePath::Map(gathering.GetResultFileName())));
-    ASSERT_EQ(report.entries.size(), 6);
-    EXPECT_TRUE(report.entries[3].isTable);
-    EXPECT_EQ(Messages(report), QStringList({"1pass.tx|pass|测试通过!", "2mismatch.tx|fail|计算结果不一致!",
-                                             "3broken.tx|fail|无法获取测试用例信息!",
-                                             "4throws.tx|fail|" + report.outcomes[3].message}));
-    EXPECT_TRUE(gathering.AppendReport(report));
-    EXPECT_EQ(Masked(gathering), Masked(direct));
-}
-
-TEST_F(ScriptRunTest, WorkerThreadsGatherAndTheFileKeepsScriptOrder)
+TEST_F(ScriptRunTest, ReportsGatheredOnWorkerThreadsWriteTheSequentialFile)
 {
     SeedBeam();
     SeedGlobals("ok.js", kFun, "var w = 1;\r\nvar h = 1;");
@@ -146,6 +128,7 @@ TEST_F(ScriptRunTest, WorkerThreadsGatherAndTheFileKeepsScriptOrder)
             CTestJavaScriptService service;
             for (int i = w; i < order.size(); i += 2)
                 service.RunScriptTests(order[i], kScript, &reports[i]);
+            EXPECT_FALSE(QFile::exists(NativePath::Map(service.GetResultFileName())));
         });
     }
     for (std::thread& t : workers)
@@ -157,9 +140,10 @@ TEST_F(ScriptRunTest, WorkerThreadsGatherAndTheFileKeepsScriptOrder)
         EXPECT_TRUE(merged.AppendReport(reports[i]));
         sequential.RunScriptTests(order[i], kScript);
     }
-    EXPECT_TRUE(reports[0].passed);
-    EXPECT_FALSE(reports[1].passed);
-    EXPECT_FALSE(reports[2].passed);
+    EXPECT_EQ(reports[1].script, QStringLiteral("beam.js"));
+    ASSERT_EQ(reports[1].entries.size(), 6);
+    EXPECT_TRUE(reports[1].entries[3].isTable);
+    EXPECT_EQ((QList<bool>{reports[0].passed, reports[1].passed, reports[2].passed}), (QList<bool>{true, false, false}));
     EXPECT_EQ(Masked(merged), Masked(sequential));
 }
 
@@ -184,17 +168,55 @@ TEST_F(ScriptRunTest, AnUnwritableResultFileIsReportedAndTheRunGoesOn)
     EXPECT_TRUE(fine.ResultFileWriteFailed());
 }
 
-TEST_F(ScriptRunTest, FinishRunShowsTheFailureOnlyWhenSomethingFailed)
+TEST_F(ScriptRunTest, RunAllPassingInKeyOrderShowsNothing)
+{
+    AddScript("b.js", "var s = 'b' + x;");
+    AddScript("a.js", "var r = x * 2;");
+    SeedGlobals("a.js", "", "var x = 0;");
+    SeedGlobals("b.js", "", "var x = 0;");
+    SeedCase("a.js", "c1.tx", "x = 21;", {{"r", "42"}});
+    SeedCase("b.js", "c1.tx", "x = 1;", {{"s", "b1"}});
+    CTestJavaScriptService service;
+    EXPECT_EQ(service.RunAllTests(), 1);
+    EXPECT_TRUE(Ui().CallsOf("MessageBox").isEmpty());
+    EXPECT_TRUE(Ui().CallsOf("ShellOpen").isEmpty());
+    QStringList progress;
+    for (const auto& call : Ui().CallsOf("ProgressUpdate"))
+        progress << call.text;
+    EXPECT_EQ(progress, QStringList({"开始测试脚本:a.js", "开始测试脚本:b.js"}));
+    EXPECT_EQ(Masked(service), Line("a.js", "c1.tx", "计算结果一致!") + Line("a.js", "c1.tx", "测试通过!")
+                                   + Line("b.js", "c1.tx", "计算结果一致!") + Line("b.js", "c1.tx", "测试通过!"));
+}
+
+TEST_F(ScriptRunTest, RunAllWithScriptsWithoutCasesEndsWithTheFailureBox)
+{
+    AddScript("x.js", "var a = 1;");
+    AddScript("y.js", "var a = 2;");
+    CTestJavaScriptService service;
+    EXPECT_EQ(service.RunAllTests(), 1);
+    EXPECT_EQ(Masked(service), Line("x.js", "", "没有测试用例!") + Line("y.js", "", "没有测试用例!"));
+    ExpectFailureBox(service);
+    // The progress window is gone before the box shows.
+    EXPECT_EQ(Ui().calls[Ui().calls.size() - 3].kind, QStringLiteral("ProgressEnd"));
+}
+
+TEST_F(ScriptRunTest, RunAllEndsProperlyWhenTheResultFileCannotBeWritten)
+{
+    AddScript("x.js", "var a = 1;");
+    ASSERT_TRUE(QDir(HostContext::Instance().DriveRoot('C')).removeRecursively());
+    CTestJavaScriptService service;
+    EXPECT_EQ(service.RunAllTests(), 1);
+    EXPECT_TRUE(service.ResultFileWriteFailed());
+    ExpectFailureBox(service);
+}
+
+TEST_F(ScriptRunTest, FinishRunAndAnEmptyRunShowNothingUnlessSomethingFailed)
 {
     CTestJavaScriptService service;
+    EXPECT_EQ(service.RunAllTests(), 1);
     service.FinishRun(false);
-    EXPECT_TRUE(Ui().calls.isEmpty());
+    EXPECT_TRUE(Ui().CallsOf("MessageBox").isEmpty());
+    EXPECT_TRUE(Ui().CallsOf("ProgressUpdate").isEmpty());
     service.FinishRun(true);
-    ASSERT_EQ(Ui().calls.size(), 2);
-    EXPECT_EQ(Ui().calls[0].kind, QStringLiteral("MessageBox"));
-    EXPECT_EQ(Ui().calls[0].text, QStringLiteral("测试出现失败！"));
-    EXPECT_EQ(Ui().calls[0].caption, QString());
-    EXPECT_EQ(Ui().calls[0].style, UIFunction::MB_OK);
-    EXPECT_EQ(Ui().calls[1].kind, QStringLiteral("ShellOpen"));
-    EXPECT_EQ(Ui().calls[1].text, NativePath::Map(service.GetResultFileName()));
+    ExpectFailureBox(service);
 }

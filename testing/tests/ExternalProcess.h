@@ -23,8 +23,6 @@ public:
     void Stop();
 
     bool IsRunning() const { return m_process.state() != QProcess::NotRunning; }
-    qint64 Pid() const { return m_pid; }
-    int ExitCode() const { return m_process.exitCode(); }
     QString Error() const { return m_error; }
     // Everything the program wrote so far (stdout and stderr merged).
     QByteArray Output();
