@@ -61,16 +61,12 @@ TEST(AddMathPrefixTest, FormulaTable)
         {"PI*r", "Math.PI*r"},
         {"pi*r", "pi*r"},                             // case-sensitive
         {"SIN(x)+Sin(x)", "SIN(x)+Sin(x)"},
-        {"tan(a)*ctan(a)", "Math.tan(a)*Math.ctan(a)"},
         {"sqrt(PI)", "Math.sqrt(Math.PI)"},
         {"sin(sin(x))", "Math.sin(Math.sin(x))"},
-        {"sin(x)+sin(y)+sin(z)", "Math.sin(x)+Math.sin(y)+Math.sin(z)"},
         {"sin1sin", "Math.sin1Math.sin"},
         {"_sin(x)+sin_(x)", "_sin(x)+sin_(x)"},       // "_" is part of a word
         {"a.sin+sin.b", "a.sin+sin.b"},               // so is "."
         {"中sin", "中Math.sin"},                      // only ASCII letters count
-        {"Math.cos(PI)", "Math.cos(Math.PI)"},
-        {"x", "x"},
         {"", ""},
     };
     for (const Rewrite& c : cases) {
@@ -89,7 +85,6 @@ TEST(AddMathPrefixTest, LoneMathPrefixIsDropped)
         {"Math. sin(x)", " Math.sin(x)"},
         {"Math.Math.", "Math.Math."},                 // each touches a word part
         {"Math.+Math.", "+Math."},                    // the start moved past the second one
-        {"Math._x", "Math._x"},
         {"Math.2", "2"},
     };
     for (const Rewrite& c : cases)
@@ -106,20 +101,17 @@ TEST(ReplaceWordTest, BoundaryAndSteppingTable)
         const char* out;
     };
     const Case cases[] = {
-        {"a+b", "a", "c", "c+b"},
         {"ab+a", "a", "c", "ab+c"},
         {"a_b a", "a", "X", "a_b X"},
         {"x.a a.x a", "a", "b", "x.a a.x b"},
         {"a1 1a", "a", "z", "z1 1z"},
         {"abc abc", "abc", "", " abc"},               // start moves from the old start, past the second
         {"abc+abc+abc", "abc", "Z", "Z+abc+Z"},       // the shrunk text puts the middle one behind the start
-        {"  abc", "abc", "", "  "},
         {"abc", "abcd", "x", "abc"},
         {"aaa", "a", "b", "aaa"},
         {"a a", "a", "a", "a a"},
         {"", "a", "b", ""},
         {"text", "", "x", "text"},                    // empty word: nothing to find
-        {"L=W", "W", "Math.W", "L=Math.W"},
     };
     for (const Case& c : cases) {
         QString text = U(c.text);
@@ -166,10 +158,7 @@ TEST(ReplaceWordTest, SelfFeedingReplacementStops)
 
 TEST(ReplaceWordTest, LongTextFinishes)
 {
-    QString text;
-    for (int i = 0; i < 5000; ++i)
-        text += QStringLiteral("sin(x)+asin(y)+");
-    const QString out = AddMathPrefix(text);
+    const QString out = AddMathPrefix(QStringLiteral("sin(x)+asin(y)+").repeated(5000));
     EXPECT_EQ(out.count(QStringLiteral("Math.sin(")), 5000);
     EXPECT_EQ(out.count(QStringLiteral("asin(")), 5000);
 }
