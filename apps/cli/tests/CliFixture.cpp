@@ -1,7 +1,6 @@
 #include "CliFixture.h"
 
 #include "CAccessSysData_MacrosTable.h"
-#include "CSampleScripts.h"
 #include "CTestCaseInfoTable.h"
 #include "CTestCaseStore.h"
 #include "CodePage.h"
@@ -77,23 +76,21 @@ std::pair<int, int> CliFixture::Counts(const Outcome& outcome)
     return {match.captured(1).toInt(), match.captured(2).toInt()};
 }
 
-int CliFixture::SampleCaseCount()
+const QList<CSampleScripts::Script>& CliFixture::Samples()
 {
-    CSampleScripts samples;
-    if (!samples.LoadBuiltIn())
-        return -1;
-    int count = 0;
-    for (const CSampleScripts::Script& script : samples.Scripts())
-        count += int(script.cases.size());
-    return count;
+    static const QList<CSampleScripts::Script> scripts = [] {
+        CSampleScripts samples;
+        return samples.LoadBuiltIn() ? samples.Scripts() : QList<CSampleScripts::Script>();
+    }();
+    return scripts;
 }
 
-QString CliFixture::SampleKey(int index)
+int CliFixture::SampleCaseCount()
 {
-    CSampleScripts samples;
-    if (!samples.LoadBuiltIn() || index >= samples.Scripts().size())
-        return {};
-    return samples.Scripts().at(index).keyCh;
+    int count = 0;
+    for (const CSampleScripts::Script& script : Samples())
+        count += int(script.cases.size());
+    return count;
 }
 
 void CliFixture::SetExpected(const QString& script, const QString& caseName, const QString& output, const QString& value)

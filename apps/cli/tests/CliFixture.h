@@ -1,4 +1,5 @@
 #pragma once
+#include "CSampleScripts.h"
 #include "TestEnvironment.h"
 
 #include <QProcessEnvironment>
@@ -33,10 +34,10 @@ protected:
     // "N passed, M failed" read from stdout; -1 each when missing.
     static std::pair<int, int> Counts(const Outcome& outcome);
 
-    // Number of cases of the built-in samples.
+    // The built-in samples; their number of cases, all or of one script.
+    static const QList<CSampleScripts::Script>& Samples();
     static int SampleCaseCount();
-    // A sample script's key: 0 is the first in the file.
-    static QString SampleKey(int index);
+    static QString SampleKey(int index) { return Samples().at(index).keyCh; }
 
     // Replaces the stored expected value of one output of one case.
     void SetExpected(const QString& script, const QString& caseName, const QString& output, const QString& value);

@@ -9,7 +9,7 @@ class CliSetupErrorTest : public CliFixture
 {
 protected:
     // Exit status 2, one line on stderr naming `what`, nothing on stdout.
-    void ExpectSetupError(const Outcome& run, const QString& what)
+    static void ExpectSetupError(const Outcome& run, const QString& what)
     {
         ASSERT_TRUE(run.finished);
         EXPECT_EQ(run.exitCode, 2) << run.out.toStdString() << run.err.toStdString();
@@ -20,50 +20,50 @@ protected:
     }
 };
 
-TEST_F(CliSetupErrorTest, UnknownScript)
-{
-    Seed();
-    ExpectSetupError(Run({QStringLiteral("--script"), QStringLiteral("梁\\没有.js")}), QStringLiteral("梁\\没有.js"));
-}
-
-TEST_F(CliSetupErrorTest, BadOptions)
-{
-    ExpectSetupError(Run({QStringLiteral("--frobnicate")}), QStringLiteral("--frobnicate"));
-    ExpectSetupError(Run({QStringLiteral("--jobs"), QStringLiteral("0")}), QStringLiteral("--jobs"));
-    ExpectSetupError(Run({QStringLiteral("--timeout")}), QStringLiteral("--timeout"));
-}
-
-TEST_F(CliSetupErrorTest, MissingOrUnusableFolders)
+TEST_F(CliSetupErrorTest, BadOptionsAndUnusableFoldersStopBeforeAnything)
 {
     const QString missing = HomeFile(QStringLiteral("nowhere"));
-    ExpectSetupError(Run({QStringLiteral("--home"), missing}), missing);
     const QString file = HomeFile(QStringLiteral("plain-file"));
     ASSERT_TRUE(WriteBytes(file, "x"));
-    ExpectSetupError(Run({QStringLiteral("--home"), file}), file);
-    ExpectSetupError(Run({QStringLiteral("--cases"), missing}), missing);
-    ExpectSetupError(Run({QStringLiteral("--system-db"), missing}), missing);
-    const QString junit = HomeFile(QStringLiteral("no/such/junit.xml"));
-    ExpectSetupError(Run({QStringLiteral("--junit"), junit}), QStringLiteral("junit.xml"));
     // A home whose drive C (where the result file goes) cannot be made.
-    ASSERT_TRUE(QDir().mkpath(HomeFile(QStringLiteral("h2/drives"))));
-    ASSERT_TRUE(WriteBytes(HomeFile(QStringLiteral("h2/drives/c")), "x"));
-    ExpectSetupError(Run({QStringLiteral("--home"), HomeFile(QStringLiteral("h2"))}), HomeFile(QStringLiteral("h2")));
+    const QString noDrive = HomeFile(QStringLiteral("h2"));
+    ASSERT_TRUE(QDir().mkpath(noDrive + QStringLiteral("/drives")));
+    ASSERT_TRUE(WriteBytes(noDrive + QStringLiteral("/drives/c"), "x"));
+    const struct
+    {
+        QStringList args;
+        QString what;
+    } cases[] = {
+        {{"--frobnicate"}, "--frobnicate"},
+        {{"--jobs", "0"}, "--jobs"},
+        {{"--timeout"}, "--timeout"},
+        {{"--home", missing}, missing},
+        {{"--home", file}, file},
+        {{"--home", noDrive}, noDrive},
+        {{"--cases", missing}, missing},
+        {{"--system-db", missing}, missing},
+        {{"--junit", HomeFile(QStringLiteral("no/such/junit.xml"))}, "junit.xml"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.args.join(' ').toStdString());
+        ExpectSetupError(Run(c.args), c.what);
+    }
     // Nothing was seeded by the failed starts.
     EXPECT_FALSE(QFileInfo::exists(HostContext::Instance().SystemDatabase()));
 }
 
-TEST_F(CliSetupErrorTest, OptionsWinOverTheEnvironment)
+TEST_F(CliSetupErrorTest, UnknownScriptAndOptionsOverTheEnvironment)
 {
+    Seed();
+    ExpectSetupError(Run({QStringLiteral("--script"), QStringLiteral("梁\\没有.js")}), QStringLiteral("梁\\没有.js"));
+    // The option names the real home; the environment's missing one is ignored.
     QProcessEnvironment env;
     env.insert(QStringLiteral("VELMORA_HOME"), HomeFile(QStringLiteral("elsewhere")));
-    const Outcome viaEnv = Run({QStringLiteral("--home"), HomeFile(QStringLiteral("elsewhere"))}, env);
-    EXPECT_EQ(viaEnv.exitCode, 2);
-    // The option names the real home; the environment's missing one is ignored.
     const Outcome run = Run({QStringLiteral("--quiet")}, env);
     EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
 }
 
-TEST_F(CliSetupErrorTest, OwnDatabaseAndCaseFolder)
+TEST_F(CliSetupErrorTest, OwnDatabaseAndCaseFolderAreNeverSeeded)
 {
     Seed();
     // Point a second home at the first home's database and case folder.
@@ -75,16 +75,5 @@ TEST_F(CliSetupErrorTest, OwnDatabaseAndCaseFolder)
     EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
     EXPECT_EQ(Counts(run), std::make_pair(SampleCaseCount(), 0));
     EXPECT_TRUE(ResultPath(run).startsWith(other + QStringLiteral("/drives/c/")));
-    // A named database is never seeded: the second home has none of its own.
     EXPECT_FALSE(QFileInfo::exists(other + QStringLiteral("/sysdata/system.db")));
-}
-
-TEST_F(CliSetupErrorTest, HelpAndVersion)
-{
-    const Outcome help = Run({QStringLiteral("--help")});
-    EXPECT_EQ(help.exitCode, 0);
-    EXPECT_TRUE(help.out.contains(QStringLiteral("--system-db")));
-    const Outcome version = Run({QStringLiteral("--version")});
-    EXPECT_EQ(version.exitCode, 0);
-    EXPECT_TRUE(version.out.startsWith(QStringLiteral("velmora-test ")));
 }

@@ -19,110 +19,95 @@ CTestCaseOutcome Outcome(const QString& script, const QString& caseName, bool pa
     return o;
 }
 
-CScriptTestReport Report(const QString& script, QList<CTestCaseOutcome> outcomes)
+CScriptTestReport Report(const QList<CTestCaseOutcome>& outcomes)
 {
     CScriptTestReport r;
-    r.script = script;
+    r.script = outcomes.first().script;
     r.outcomes = outcomes;
     for (const CTestCaseOutcome& o : outcomes)
         r.passed = r.passed && o.passed;
     return r;
 }
 
-QDomDocument Parse(const QByteArray& xml)
+QDomElement Root(const CJUnitReport& junit)
 {
     QDomDocument document;
     QString error;
     int line = 0;
-    EXPECT_TRUE(document.setContent(xml, &error, &line)) << error.toStdString() << " at line " << line;
-    return document;
+    EXPECT_TRUE(document.setContent(junit.ToXml(), &error, &line)) << error.toStdString() << " at line " << line;
+    return document.documentElement();
+}
+
+QDomElement Nth(const QDomElement& parent, const char* tag, int n)
+{
+    return parent.elementsByTagName(QLatin1String(tag)).at(n).toElement();
 }
 
 } // namespace
 
-TEST(JUnitReportTest, OneSuitePerScriptOneCasePerCase)
+TEST(JUnitReportTest, OneSuitePerScriptOneCasePerCaseAndTypedFailures)
 {
+    const QString a = QStringLiteral("梁\\a.js");
+    const QString error = QStringLiteral("Error: SyntaxError: missing ; before statement; in line 12");
     CJUnitReport junit;
-    junit.Add(Report(QStringLiteral("梁\\a.js"), {Outcome(QStringLiteral("梁\\a.js"), QStringLiteral("c1.tx"), true, QStringLiteral("测试通过!")),
-                                                  Outcome(QStringLiteral("梁\\a.js"), QStringLiteral("c2.tx"), false, QStringLiteral("计算结果不一致!"),
-                                                          {{QStringLiteral("L"), QStringLiteral("3"), QStringLiteral("3.0")}})}),
-              0.5);
-    junit.Add(Report(QStringLiteral("b.js"), {Outcome(QStringLiteral("b.js"), QString(), false, QStringLiteral("没有测试用例!"))}), 0.1);
-    EXPECT_EQ(junit.Tests(), 3);
-    EXPECT_EQ(junit.Failures(), 2);
+    junit.Add(Report({Outcome(a, "c1.tx", true, QStringLiteral("测试通过!")),
+                      Outcome(a, "c2.tx", false, QStringLiteral("计算结果不一致!"), {{"L", "3", "3.0"}})}), 0.5);
+    junit.Add(Report({Outcome("b.js", QString(), false, QStringLiteral("没有测试用例!"))}), 0.1);
+    junit.Add(Report({Outcome("s", "c.tx", false, error)}), 0);
+    EXPECT_EQ(junit.Tests(), 4);
+    EXPECT_EQ(junit.Failures(), 3);
 
-    const QDomDocument doc = Parse(junit.ToXml());
-    const QDomElement root = doc.documentElement();
+    const QDomElement root = Root(junit);
     EXPECT_EQ(root.tagName(), QStringLiteral("testsuites"));
-    EXPECT_EQ(root.attribute(QStringLiteral("tests")), QStringLiteral("3"));
-    EXPECT_EQ(root.attribute(QStringLiteral("failures")), QStringLiteral("2"));
-    const QDomNodeList suites = root.elementsByTagName(QStringLiteral("testsuite"));
-    ASSERT_EQ(suites.size(), 2);
-    const QDomElement first = suites.at(0).toElement();
-    EXPECT_EQ(first.attribute(QStringLiteral("name")), QStringLiteral("梁\\a.js"));
-    EXPECT_EQ(first.attribute(QStringLiteral("failures")), QStringLiteral("1"));
-    const QDomNodeList cases = first.elementsByTagName(QStringLiteral("testcase"));
-    ASSERT_EQ(cases.size(), 2);
-    EXPECT_EQ(cases.at(0).toElement().attribute(QStringLiteral("classname")), QStringLiteral("梁\\a.js"));
-    EXPECT_EQ(cases.at(0).toElement().attribute(QStringLiteral("name")), QStringLiteral("c1.tx"));
-    EXPECT_TRUE(cases.at(0).toElement().elementsByTagName(QStringLiteral("failure")).isEmpty());
+    EXPECT_EQ(root.attribute("tests") + "/" + root.attribute("failures"), QStringLiteral("4/3"));
+    ASSERT_EQ(root.elementsByTagName("testsuite").size(), 3);
+    const QDomElement first = Nth(root, "testsuite", 0);
+    EXPECT_EQ(first.attribute("name"), a);
+    EXPECT_EQ(first.attribute("failures"), QStringLiteral("1"));
+    ASSERT_EQ(first.elementsByTagName("testcase").size(), 2);
+    EXPECT_EQ(Nth(first, "testcase", 0).attribute("classname"), a);
+    EXPECT_EQ(Nth(first, "testcase", 0).attribute("name"), QStringLiteral("c1.tx"));
+    EXPECT_TRUE(Nth(first, "testcase", 0).elementsByTagName("failure").isEmpty());
 
-    const QDomElement failure = cases.at(1).toElement().firstChildElement(QStringLiteral("failure"));
-    ASSERT_FALSE(failure.isNull());
-    EXPECT_EQ(failure.attribute(QStringLiteral("message")), QStringLiteral("计算结果不一致!"));
-    EXPECT_EQ(failure.attribute(QStringLiteral("type")), QStringLiteral("mismatch"));
+    const QDomElement failure = Nth(first, "failure", 0);
+    EXPECT_EQ(failure.attribute("message"), QStringLiteral("计算结果不一致!"));
+    EXPECT_EQ(failure.attribute("type"), QStringLiteral("mismatch"));
     EXPECT_TRUE(failure.text().startsWith(QStringLiteral("计算结果不一致!\n+---")));
     EXPECT_TRUE(failure.text().contains(QRegularExpression(QStringLiteral("\n\\| L +\\| 3 +\\| 3\\.0 +\\|\n"))))
         << failure.text().toStdString();
     EXPECT_FALSE(failure.text().contains(QLatin1Char('\r')));
 
-    const QDomElement noCases = suites.at(1).toElement().firstChildElement(QStringLiteral("testcase"));
-    EXPECT_EQ(noCases.attribute(QStringLiteral("name")), CJUnitReport::ScriptLevelCaseName());
-    EXPECT_EQ(noCases.firstChildElement(QStringLiteral("failure")).attribute(QStringLiteral("type")), QStringLiteral("script"));
+    const QDomElement noCases = Nth(Nth(root, "testsuite", 1), "testcase", 0);
+    EXPECT_EQ(noCases.attribute("name"), CJUnitReport::ScriptLevelCaseName());
+    EXPECT_EQ(noCases.firstChildElement("failure").attribute("type"), QStringLiteral("script"));
+    const QDomElement engine = Nth(Nth(root, "testsuite", 2), "failure", 0);
+    EXPECT_EQ(engine.attribute("type"), QStringLiteral("error"));
+    EXPECT_EQ(engine.text(), error);
 }
 
-TEST(JUnitReportTest, EngineErrorIsTheFailureText)
-{
-    CJUnitReport junit;
-    const QString error = QStringLiteral("Error: SyntaxError: missing ; before statement; in line 12");
-    junit.Add(Report(QStringLiteral("s"), {Outcome(QStringLiteral("s"), QStringLiteral("c.tx"), false, error)}), 0);
-    const QDomElement failure = Parse(junit.ToXml()).documentElement().elementsByTagName(QStringLiteral("failure")).at(0).toElement();
-    EXPECT_EQ(failure.attribute(QStringLiteral("type")), QStringLiteral("error"));
-    EXPECT_EQ(failure.text(), error);
-}
-
-TEST(JUnitReportTest, ControlCharactersAndMarkupStayWellFormed)
+TEST(JUnitReportTest, ControlCharactersMarkupAndSurrogatesStayWellFormed)
 {
     CJUnitReport junit;
     const QString nasty = QStringLiteral("a<b>&\"c\x01\x1f") + QChar(0xD800) + QStringLiteral("]]>");
-    junit.Add(Report(nasty, {Outcome(nasty, nasty, false, nasty)}), 0);
-    const QDomElement testCase = Parse(junit.ToXml()).documentElement().elementsByTagName(QStringLiteral("testcase")).at(0).toElement();
-    const QString kept = QStringLiteral("a<b>&\"c") + QString(3, QChar(0xFFFD)) + QStringLiteral("]]>");
-    EXPECT_EQ(testCase.attribute(QStringLiteral("name")), kept);
-    EXPECT_EQ(testCase.attribute(QStringLiteral("classname")), kept);
-    EXPECT_EQ(testCase.firstChildElement(QStringLiteral("failure")).text(), kept);
-}
-
-TEST(JUnitReportTest, SurrogatePairsSurvive)
-{
-    CJUnitReport junit;
     const QString emoji = QString::fromUtf8("\xF0\x9F\x98\x80 𠀀");
-    junit.Add(Report(emoji, {Outcome(emoji, QStringLiteral("c"), true, QStringLiteral("ok"))}), 0);
-    EXPECT_EQ(Parse(junit.ToXml()).documentElement().firstChildElement().attribute(QStringLiteral("name")), emoji);
+    junit.Add(Report({Outcome(nasty, nasty, false, nasty)}), 0);
+    junit.Add(Report({Outcome(emoji, "c", true, "ok")}), 0);
+    const QDomElement root = Root(junit);
+    const QDomElement testCase = Nth(root, "testcase", 0);
+    const QString kept = QStringLiteral("a<b>&\"c") + QString(3, QChar(0xFFFD)) + QStringLiteral("]]>");
+    EXPECT_EQ(testCase.attribute("name"), kept);
+    EXPECT_EQ(testCase.attribute("classname"), kept);
+    EXPECT_EQ(testCase.firstChildElement("failure").text(), kept);
+    EXPECT_EQ(Nth(root, "testsuite", 1).attribute("name"), emoji);
 }
 
-TEST(JUnitReportTest, EmptyRunIsAValidDocument)
+TEST(JUnitReportTest, EmptyRunIsAValidDocumentAndWriteFailsOnAMissingFolder)
 {
     CJUnitReport junit;
-    const QDomElement root = Parse(junit.ToXml()).documentElement();
-    EXPECT_EQ(root.attribute(QStringLiteral("tests")), QStringLiteral("0"));
+    const QDomElement root = Root(junit);
+    EXPECT_EQ(root.attribute("tests"), QStringLiteral("0"));
     EXPECT_TRUE(root.firstChildElement().isNull());
-}
-
-TEST(JUnitReportTest, WriteFailsOnAMissingFolder)
-{
     QTemporaryDir dir;
-    CJUnitReport junit;
     QString error;
     EXPECT_FALSE(junit.Write(dir.filePath(QStringLiteral("no/such/junit.xml")), error));
     EXPECT_TRUE(error.contains(QStringLiteral("junit.xml")));
