@@ -1,10 +1,7 @@
 // Any bytes as a data-set XML buffer: loading never crashes, and whatever
 // loads saves and reloads to the same table.
+#include "FuzzSupport.h"
 #include "NDataModelDataSet.h"
-
-#include <QString>
-#include <cstdint>
-#include <cstdlib>
 
 namespace {
 
@@ -31,7 +28,7 @@ bool SameTable(const NDataModelDataSet& a, const NDataModelDataSet& b)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    const QString xml = QString::fromUtf8(reinterpret_cast<const char*>(data), qsizetype(size));
+    const QString xml = fuzz::Utf8(data, size);
     NDataModelDataSet table;
     if (!table.LoadDataSetXMLBuf_NoDataBefore(xml, 0))
     {

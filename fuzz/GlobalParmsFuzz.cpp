@@ -2,18 +2,13 @@
 // it makes is marked as parsed and has a name without blanks, tabs or "=".
 #include "CTestCaseInfoTable.h"
 #include "CTestCaseStore.h"
-
-#include <QString>
-#include <cstdint>
-#include <cstdlib>
+#include "FuzzSupport.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    const QString text = QString::fromUtf8(reinterpret_cast<const char*>(data), qsizetype(size));
+    const QString text = fuzz::Utf8(data, size);
     CTestCaseInfoTable table;
-    if (!CTestCaseStore::ParseGlobalParms(text, table))
-        std::abort();
-    if (table.GetRowCount() > text.count(QStringLiteral("var ")) + 1)
+    if (!CTestCaseStore::ParseGlobalParms(text, table) || table.GetRowCount() > text.count(QStringLiteral("var ")) + 1)
         std::abort();
     for (int row = 1; row <= table.GetRowCount(); ++row) {
         const QString name = table.GetAsString(CTestCaseInfoTable::ParmName, row);

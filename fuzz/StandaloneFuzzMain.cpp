@@ -2,7 +2,7 @@
 // libFuzzer: every file named on the command line, and every file found
 // (recursively, in name order) under the folders named. Each input is handed
 // over in a buffer of its exact size so a sanitizer sees any over-read.
-// Fails when an argument is missing or nothing was run.
+// Fails when an argument cannot be read or nothing was run.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -10,64 +10,42 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
-#include <string>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 extern "C" __attribute__((weak)) int LLVMFuzzerInitialize(int* argc, char*** argv);
 
-namespace {
-
 namespace fs = std::filesystem;
-
-bool RunFile(const fs::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
-        return false;
-    const std::vector<char> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    std::unique_ptr<uint8_t[]> buffer(new uint8_t[bytes.size() ? bytes.size() : 1]);
-    std::copy(bytes.begin(), bytes.end(), buffer.get());
-    LLVMFuzzerTestOneInput(buffer.get(), bytes.size());
-    return true;
-}
-
-std::vector<fs::path> FilesUnder(const fs::path& folder)
-{
-    std::vector<fs::path> files;
-    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-        if (entry.is_regular_file())
-            files.push_back(entry.path());
-    }
-    std::sort(files.begin(), files.end());
-    return files;
-}
-
-} // namespace
 
 int main(int argc, char** argv)
 {
     if (LLVMFuzzerInitialize)
         LLVMFuzzerInitialize(&argc, &argv);
-    int runs = 0;
+    std::vector<fs::path> inputs;
     for (int i = 1; i < argc; ++i) {
-        const fs::path arg(argv[i]);
         std::error_code error;
-        if (fs::is_directory(arg, error)) {
-            for (const fs::path& file : FilesUnder(arg)) {
-                if (!RunFile(file)) {
-                    std::fprintf(stderr, "cannot read %s\n", file.c_str());
-                    return 1;
-                }
-                ++runs;
-            }
-        } else if (RunFile(arg)) {
-            ++runs;
-        } else {
-            std::fprintf(stderr, "cannot read %s\n", argv[i]);
+        if (!fs::is_directory(argv[i], error)) {
+            inputs.emplace_back(argv[i]);
+            continue;
+        }
+        std::vector<fs::path> files;
+        for (const auto& entry : fs::recursive_directory_iterator(argv[i]))
+            if (entry.is_regular_file())
+                files.push_back(entry.path());
+        std::sort(files.begin(), files.end());
+        inputs.insert(inputs.end(), files.begin(), files.end());
+    }
+    for (const fs::path& path : inputs) {
+        std::ifstream in(path, std::ios::binary);
+        if (!in) {
+            std::fprintf(stderr, "cannot read %s\n", path.c_str());
             return 1;
         }
+        const std::vector<char> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+        std::unique_ptr<uint8_t[]> buffer(new uint8_t[bytes.empty() ? 1 : bytes.size()]);
+        std::copy(bytes.begin(), bytes.end(), buffer.get());
+        LLVMFuzzerTestOneInput(buffer.get(), bytes.size());
     }
-    std::printf("%d inputs run\n", runs);
-    return runs > 0 ? 0 : 1;
+    std::printf("%zu inputs run\n", inputs.size());
+    return inputs.empty() ? 1 : 0;
 }

@@ -4,38 +4,21 @@
 #include "CTestCaseInfoTable.h"
 #include "CTestCaseStore.h"
 #include "CodePage.h"
-#include "HostContext.h"
-
-#include <QFile>
-#include <QTemporaryDir>
-#include <cstdint>
-#include <cstdlib>
+#include "FuzzSupport.h"
 
 namespace {
 
 const QString kScript = QStringLiteral("fuzz.js");
 
-struct Sandbox
+// A home with the script's folder, for the whole run.
+struct Sandbox : fuzz::Home
 {
-    QTemporaryDir dir;
-    QString caseFile;
-
-    Sandbox()
+    Sandbox() : Home(true)
     {
-        if (!dir.isValid())
+        if (!CTestCaseStore::SaveGlobals(kScript, {}, {}))
             std::abort();
-        HostContext::Instance().SetHome(dir.path());
-        if (!HostContext::Instance().EnsureFolders() || !CTestCaseStore::SaveGlobals(kScript, {}, {}))
-            std::abort();
-        caseFile = HostContext::Instance().TestCaseRoot() + QStringLiteral("/fuzz_js/in.tx");
     }
 };
-
-Sandbox& TheSandbox()
-{
-    static Sandbox sandbox;
-    return sandbox;
-}
 
 // What a text looks like after one trip through the 8-bit code page.
 QString Stored(const QString& text)
@@ -67,14 +50,9 @@ bool AnyCellHoldsSeparator(const NDataModelDataSet& table)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    Sandbox& box = TheSandbox();
-    QFile file(box.caseFile);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)
-        || file.write(reinterpret_cast<const char*>(data), qint64(size)) != qint64(size))
-        std::abort();
-    file.close();
-
-    const QString whole = CodePage::ToUnicode(QByteArray(reinterpret_cast<const char*>(data), qsizetype(size)));
+    static const Sandbox sandbox;
+    fuzz::WriteFile(HostContext::Instance().TestCaseRoot() + QStringLiteral("/fuzz_js/in.tx"), fuzz::Bytes(data, size));
+    const QString whole = CodePage::ToUnicode(fuzz::Bytes(data, size));
     const bool splits = whole.split(CTestCaseStore::kSeparator).size() == 2;
     QString text;
     CTestCaseInfoTable table;
