@@ -68,37 +68,29 @@ TEST_F(ConnectJSSysDataTest, FailedConnectKeepsTheEarlierPaths)
     EXPECT_EQ(connection.GetDatabaseFolder(), QStringLiteral("D:\\数据"));
 }
 
-TEST_F(ConnectJSSysDataTest, DisconnectResetsPathsAndKeepsTheDatabaseObject)
-{
-    CConnectJSSysData connection;
-    EXPECT_EQ(connection.GetDatabase(), nullptr);
-    EXPECT_EQ(connection.GetConnectionString(), QString());
-    EXPECT_EQ(connection.GetDatabasePath(), QStringLiteral("error"));
-    EXPECT_EQ(connection.GetDatabaseFolder(), QStringLiteral("error"));
-    ASSERT_TRUE(connection.ConnectDatabase(m_windowsPath));
-    CComDB* db = connection.GetDatabase();
-    connection.Disconnect();
-    EXPECT_EQ(connection.GetDatabase(), db);
-    EXPECT_FALSE(db->IsConnected());
-    EXPECT_EQ(connection.GetDatabasePath(), QStringLiteral("error"));
-    EXPECT_EQ(connection.GetDatabaseFolder(), QStringLiteral("error"));
-    ASSERT_TRUE(connection.ConnectDatabase(m_native));
-    EXPECT_EQ(connection.GetDatabase(), db);
-    EXPECT_TRUE(db->IsConnected());
-}
-
-TEST_F(ConnectJSSysDataTest, DatabaseObjectOutlivesTheConnection)
+TEST_F(ConnectJSSysDataTest, DisconnectResetsPathsAndTheDatabaseObjectOutlivesTheConnection)
 {
     CComDB* db = nullptr;
     {
         CConnectJSSysData connection;
+        EXPECT_EQ(connection.GetDatabase(), nullptr);
+        EXPECT_EQ(connection.GetConnectionString(), QString());
+        EXPECT_EQ(connection.GetDatabasePath(), QStringLiteral("error"));
+        EXPECT_EQ(connection.GetDatabaseFolder(), QStringLiteral("error"));
+        ASSERT_TRUE(connection.ConnectDatabase(m_windowsPath));
+        db = connection.GetDatabase();
+        connection.Disconnect();
+        EXPECT_EQ(connection.GetDatabase(), db);
+        EXPECT_FALSE(db->IsConnected());
+        EXPECT_EQ(connection.GetDatabasePath(), QStringLiteral("error"));
+        EXPECT_EQ(connection.GetDatabaseFolder(), QStringLiteral("error"));
         ASSERT_TRUE(connection.ConnectDatabase(m_native));
+        EXPECT_EQ(connection.GetDatabase(), db);
+        EXPECT_TRUE(db->IsConnected());
         // A path without a backslash has an empty folder.
         EXPECT_EQ(connection.GetDatabasePath(), m_native);
         EXPECT_EQ(connection.GetDatabaseFolder(), QString());
-        db = connection.GetDatabase();
     }
-    ASSERT_NE(db, nullptr);
     EXPECT_FALSE(db->IsConnected());
     EXPECT_TRUE(db->Connect(m_native, QString(), QString()));
     db->DisConnect();

@@ -12,14 +12,6 @@ bool RecordingDataService::Record(const char* operation, const QString& sql)
     return !m_failed;
 }
 
-QStringList RecordingDataService::Statements() const
-{
-    QStringList statements;
-    for (const QString& call : m_calls)
-        statements << call.mid(call.indexOf(QStringLiteral(": ")) + 2);
-    return statements;
-}
-
 bool RecordingDataService::Init()
 {
     return m_inner->Init();

@@ -13,7 +13,6 @@ public:
 
     // Each entry is "<operation>: <sql>", e.g. "ExecuteNonQuery: delete ...".
     const QStringList& Calls() const { return m_calls; }
-    QStringList Statements() const; // the SQL texts alone
     void FailCall(int number) { m_failCall = number; }
     int BlobBytes() const { return m_blobCount; }
     const QByteArray& LastBlob() const { return m_lastBlob; }
