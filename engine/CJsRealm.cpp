@@ -155,7 +155,8 @@ void CJsRealm::AddText(const std::string& name, const QString& text)
     }
 }
 
-bool CJsRealm::Run(const QString& text, QVariant* value)
+template <class Body>
+bool CJsRealm::InGlobal(bool captureMissingGlobal, Body&& body)
 {
     CJsRuntime* runtime = Bind();
     if (!runtime)
@@ -164,15 +165,21 @@ bool CJsRealm::Run(const QString& text, QVariant* value)
     JS::RootedObject global(cx, Global(*runtime));
     if (!global)
     {
-        CaptureError(*runtime);
+        if (captureMissingGlobal)
+            CaptureError(*runtime);
         return false;
     }
     JSAutoRealm entered(cx, global);
     RunScope run(*runtime);
-    const bool ok = Execute(*runtime, text, value);
+    const bool ok = body(*runtime, global);
     if (!ok)
         CaptureError(*runtime);
     return ok;
+}
+
+bool CJsRealm::Run(const QString& text, QVariant* value)
+{
+    return InGlobal(true, [&](CJsRuntime& runtime, JS::HandleObject) { return Execute(runtime, text, value); });
 }
 
 // Compiles the text (or takes its compiled form from the thread's cache),
@@ -208,28 +215,19 @@ bool CJsRealm::Execute(CJsRuntime& runtime, const QString& text, QVariant* value
 
 bool CJsRealm::Call(const QString& name, const QVariantList& args, QVariant& result)
 {
-    CJsRuntime* runtime = Bind();
-    if (!runtime)
-        return false;
-    JSContext* cx = runtime->Context();
-    JS::RootedObject global(cx, Global(*runtime));
-    if (!global)
-        return false;
-    JSAutoRealm entered(cx, global);
-    RunScope run(*runtime);
-    JS::RootedValueVector argv(cx);
-    JS::RootedValue arg(cx), function(cx), returned(cx);
-    bool ok = true;
-    for (const QVariant& value : args)
-        ok = ok && CJsText::VariantToValue(cx, value, &arg) && argv.append(arg);
-    ok = ok && JS_GetUCProperty(cx, global, reinterpret_cast<const char16_t*>(name.utf16()),
-                                static_cast<std::size_t>(name.size()), &function);
-    JS::RootedValue self(cx, JS::ObjectValue(*global));
-    ok = ok && JS::Call(cx, self, function, argv, &returned) && runtime->DrainJobs()
-         && CJsText::ValueToVariant(cx, returned, result);
-    if (!ok)
-        CaptureError(*runtime);
-    return ok;
+    return InGlobal(false, [&](CJsRuntime& runtime, JS::HandleObject global) {
+        JSContext* cx = runtime.Context();
+        JS::RootedValueVector argv(cx);
+        JS::RootedValue arg(cx), function(cx), returned(cx);
+        bool ok = true;
+        for (const QVariant& value : args)
+            ok = ok && CJsText::VariantToValue(cx, value, &arg) && argv.append(arg);
+        ok = ok && JS_GetUCProperty(cx, global, reinterpret_cast<const char16_t*>(name.utf16()),
+                                    static_cast<std::size_t>(name.size()), &function);
+        JS::RootedValue self(cx, JS::ObjectValue(*global));
+        return ok && JS::Call(cx, self, function, argv, &returned) && runtime.DrainJobs()
+               && CJsText::ValueToVariant(cx, returned, result);
+    });
 }
 
 QStringList CJsRealm::FunctionNames()

@@ -58,6 +58,11 @@ private:
     JSObject* Global(CJsRuntime& runtime);
     void AddText(const std::string& name, const QString& text);
     bool Execute(CJsRuntime& runtime, const QString& text, QVariant* value);
+    // Binds to the thread's engine, enters the global and runs body(runtime,
+    // global); a failing body leaves its error. A missing global leaves one
+    // only with captureMissingGlobal.
+    template <class Body>
+    bool InGlobal(bool captureMissingGlobal, Body&& body);
     void CaptureError(CJsRuntime& runtime);
     void CaptureStop(CJsRuntime& runtime);
     QString SourceLineFor(const char* file, int& line) const;
