@@ -61,21 +61,6 @@ TEST(MacroAssemblyTest, LastScriptIsTheAssembledText)
     }
 }
 
-TEST(MacroLineNumberTest, ScriptLinesCountAfterTheDeclarations)
-{
-    for (int n : {0, 1, 5})
-    {
-        CMacroImplement macro;
-        CArray<CMacroParam> inputs, outputs;
-        for (int i = 0; i < n; ++i)
-            inputs.Add(Param(QStringLiteral("P%1").arg(i), QStringLiteral("1")));
-        ASSERT_EQ(macro.ExecuteScript(QStringLiteral("throw 1;"), inputs, outputs), 0);
-        EXPECT_EQ(macro.GetError(), QStringLiteral("Error: uncaught exception: 1, throw 1;; in line %1").arg(n + 3));
-        ASSERT_EQ(macro.ExecuteScript(QStringLiteral("var A = 1;\r\nvar B = C;"), inputs, outputs), 0);
-        EXPECT_EQ(macro.GetError(), QStringLiteral("Error: C is not defined, var B = C;; in line %1").arg(n + 4));
-    }
-}
-
 TEST_F(MacroImplementTest, EvalParamRunsTheTrimmedNameOrSaysItIsMissing)
 {
     CArray<CMacroParam> none;
