@@ -101,16 +101,12 @@ TEST(ReplaceWordTest, BoundaryAndSteppingTable)
         const char* out;
     };
     const Case cases[] = {
-        {"ab+a", "a", "c", "ab+c"},
-        {"a_b a", "a", "X", "a_b X"},
         {"x.a a.x a", "a", "b", "x.a a.x b"},
         {"a1 1a", "a", "z", "z1 1z"},
         {"abc abc", "abc", "", " abc"},               // start moves from the old start, past the second
         {"abc+abc+abc", "abc", "Z", "Z+abc+Z"},       // the shrunk text puts the middle one behind the start
-        {"abc", "abcd", "x", "abc"},
         {"aaa", "a", "b", "aaa"},
         {"a a", "a", "a", "a a"},
-        {"", "a", "b", ""},
         {"text", "", "x", "text"},                    // empty word: nothing to find
     };
     for (const Case& c : cases) {
