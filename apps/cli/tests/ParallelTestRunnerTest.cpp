@@ -3,7 +3,6 @@
 #include "CTestCaseStore.h"
 #include "TestEnvironment.h"
 
-
 namespace {
 
 struct Collected
