@@ -33,13 +33,10 @@ TEST_P(ComDBTest, RetrievesQueriesAndBindsValues)
     ASSERT_TRUE(m_db->ExecuteNonQuery(QStringLiteral("insert into t values (1, '钢筋', 'c', 7, 2.5)")));
     ASSERT_TRUE(m_db->ExecuteBound(QStringLiteral("insert into t values (?, ?, ?, ?, ?)"),
                                    {2, QStringLiteral("it's"), QVariant(), 1, 0.5}));
-    const struct
-    {
-        const char* sql;
-        const char* value;
-    } cases[] = {{"select NAME from t where ID = 1", "钢筋"}, {"select max(id) from t", "2"},
-                 {"select CONTENT from t where ID = 2", ""}, {"select NAME from t where ID = 99", ""},
-                 {"select X from t where ID = 1", "2.5"}};
+    const struct { const char* sql; const char* value; } cases[] = {
+        {"select NAME from t where ID = 1", "钢筋"}, {"select max(id) from t", "2"},
+        {"select CONTENT from t where ID = 2", ""}, {"select NAME from t where ID = 99", ""},
+        {"select X from t where ID = 1", "2.5"}};
     for (const auto& c : cases)
         EXPECT_EQ(Value(QString::fromUtf8(c.sql)), QString::fromUtf8(c.value)) << c.sql;
     QList<QVariantList> rows;
@@ -75,32 +72,22 @@ TEST_P(ComDBTest, FailedOrCompoundStatementsChangeNothingAndLeaveTheConnectionUs
 
 TEST_P(ComDBTest, UpdateBlobPlacesTheBytesOnlyInTheOneContentRowNamed)
 {
-    ASSERT_TRUE(m_db->ExecuteNonQuery(QStringLiteral("insert into t (ID, CONTENT) values (5, 'old')")));
-    ASSERT_TRUE(m_db->ExecuteNonQuery(QStringLiteral("insert into t (ID, CONTENT) values (6, 'other')")));
+    ASSERT_TRUE(m_db->ExecuteNonQuery(QStringLiteral("insert into t (ID, CONTENT) values (5, 'old'), (6, 'other')")));
     const QByteArray odd("a 'quoted'; drop table t; --\r\n\xe9", 32);
     const auto* oddBytes = reinterpret_cast<const unsigned char*>(odd.constData());
     const unsigned char zero[] = {'a', 'b', 0, 'c', 'd'};
     const QString row5 = QStringLiteral("update t set CONTENT = '' where ID=5");
-    const struct
-    {
-        QString sql;
-        const unsigned char* bytes;
-        int count;
-        bool ok;
-        QString content; // of row 5 afterwards
-    } cases[] = {
-        {QStringLiteral("update t set CONTENT = 'a 'quoted'; where ID=6' where ID=5"), oddBytes, int(odd.size()), true,
+    // content: row 5's afterwards; a zero byte ends the text.
+    const struct { QString sql; const unsigned char* bytes; int count; bool ok; QString content; } cases[] = {
+        {"update t set CONTENT = 'a 'quoted'; where ID=6' where ID=5", oddBytes, int(odd.size()), true,
          QStringLiteral("a 'quoted'; drop table t; --\r\n\u00e9")},
-        {row5, zero, 1, true, QStringLiteral("a")},
-        {row5, zero, 5, true, QStringLiteral("ab")}, // a zero byte ends the text
-        {row5, zero, 0, true, QString()},
-        {QStringLiteral("update t set CONTENT = 'x' where ID=2"), zero, 1, false, QString()},
-        {QStringLiteral("update t set NAME = 'x' where ID=5"), zero, 1, false, QString()},
-        {QStringLiteral("update t set CONTENT = 'x'"), zero, 1, false, QString()},
-        {QStringLiteral("update t set CONTENT = 'x' where ID=5 or 1=1"), zero, 1, false, QString()},
-        {QStringLiteral("update nope set CONTENT = 'x' where ID=5"), zero, 1, false, QString()},
-        {row5, nullptr, 1, false, QString()},
-        {row5, zero, -1, false, QString()},
+        {row5, zero, 1, true, "a"}, {row5, zero, 5, true, "ab"}, {row5, zero, 0, true, ""},
+        {"update t set CONTENT = 'x' where ID=2", zero, 1, false, ""},
+        {"update t set NAME = 'x' where ID=5", zero, 1, false, ""},
+        {"update t set CONTENT = 'x'", zero, 1, false, ""},
+        {"update t set CONTENT = 'x' where ID=5 or 1=1", zero, 1, false, ""},
+        {"update nope set CONTENT = 'x' where ID=5", zero, 1, false, ""}, {row5, nullptr, 1, false, ""},
+        {row5, zero, -1, false, ""},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.sql.toStdString() + " count " + std::to_string(c.count));
@@ -141,16 +128,6 @@ TEST_P(ComDBTest, DisconnectedServiceFailsAndReconnectsUnderItsName)
     EXPECT_NE(CComDB().GetConnectionName(), name);
 }
 
-// The lock holder keeps the table locked in an open transaction (a lock held
-// past the timeout is tested with the macro store).
-bool HoldLock(CComDB& holder, DbBackend backend)
-{
-    if (backend == DbBackend::SQLite)
-        return holder.ExecuteNonQuery(QStringLiteral("BEGIN EXCLUSIVE"));
-    return holder.ExecuteNonQuery(QStringLiteral("BEGIN"))
-           && holder.ExecuteNonQuery(QStringLiteral("LOCK TABLE t IN ACCESS EXCLUSIVE MODE"));
-}
-
 TEST_P(ComDBTest, LockReleasedWithinTheTimeoutIsWaitedFor)
 {
     std::atomic<bool> locked{false};
@@ -158,7 +135,7 @@ TEST_P(ComDBTest, LockReleasedWithinTheTimeoutIsWaitedFor)
     std::atomic<bool> release{false};
     std::thread holderThread([&] {
         CComDB holder;
-        holding = holder.Connect(Target(), QString(), QString()) && HoldLock(holder, GetParam());
+        holding = holder.Connect(Target(), QString(), QString()) && LockTable(holder, GetParam(), "t");
         locked = true;
         while (holding && !release)
             std::this_thread::sleep_for(std::chrono::milliseconds(5));

@@ -4,37 +4,21 @@
 
 namespace {
 
-struct StatementCase
+TEST(SqlStatementCheckTest, CountsStatements)
 {
-    const char* sql;
-    bool single;
-};
-
-class SqlStatementCheckTest : public ::testing::TestWithParam<StatementCase>
-{
-};
-
-TEST_P(SqlStatementCheckTest, CountsStatements)
-{
-    EXPECT_EQ(CSqlStatementCheck::IsSingleStatement(QString::fromUtf8(GetParam().sql)), GetParam().single)
-        << GetParam().sql;
+    const struct { const char* sql; bool single; } cases[] = {
+        {"", true}, {"select 1", true}, {"select 1;", true}, {"select 1 ; \r\n -- done\n", true},
+        {"select 1; /* c */ ;", true}, {"select 'a;b' from t", true}, {"select 'it''s; ok'", true},
+        {"select \"odd;name\" from t", true}, {"select $$a;b$$, $tag$x;$$;y$tag$", true}, {"select $1 from t", true},
+        {"select 1 -- ; drop table t", true}, {"select /* ; */ 1", true}, {"select E'\\';' ", true},
+        {"select E'\\'; drop table t; --'", true}, {"select 1; drop table t", false},
+        {"insert into t values (1);insert into t values (2)", false}, {"select 'a'; select 'b'", false},
+        {"select 1; -- c\n select 2", false}, {"select 'a\\'; drop table t; --'", false},
+        {"select 'unterminated", false}, {"select $x$ open", false}, {"select /* open", false},
+        {"select \"open", false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(CSqlStatementCheck::IsSingleStatement(QString::fromUtf8(c.sql)), c.single) << c.sql;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Texts, SqlStatementCheckTest,
-    ::testing::Values(StatementCase{"", true}, StatementCase{"select 1", true}, StatementCase{"select 1;", true},
-                      StatementCase{"select 1 ; \r\n -- done\n", true}, StatementCase{"select 1; /* c */ ;", true},
-                      StatementCase{"select 'a;b' from t", true}, StatementCase{"select 'it''s; ok'", true},
-                      StatementCase{"select \"odd;name\" from t", true},
-                      StatementCase{"select $$a;b$$, $tag$x;$$;y$tag$", true},
-                      StatementCase{"select $1 from t", true}, StatementCase{"select 1 -- ; drop table t", true},
-                      StatementCase{"select /* ; */ 1", true}, StatementCase{"select E'\\';' ", true},
-                      StatementCase{"select 1; drop table t", false},
-                      StatementCase{"insert into t values (1);insert into t values (2)", false},
-                      StatementCase{"select 'a'; select 'b'", false}, StatementCase{"select 1; -- c\n select 2", false},
-                      StatementCase{"select E'\\'; drop table t; --'", true},
-                      StatementCase{"select 'a\\'; drop table t; --'", false},
-                      StatementCase{"select 'unterminated", false}, StatementCase{"select $x$ open", false},
-                      StatementCase{"select /* open", false}, StatementCase{"select \"open", false}));
 
 } // namespace

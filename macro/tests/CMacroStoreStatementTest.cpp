@@ -8,8 +8,7 @@
 
 namespace {
 
-// The stores' statements, seen through a recording service over the real
-// database; the recorder can also fail a chosen call.
+// The stores' statements, seen through a recording service over the real database that can fail a chosen call.
 class MacroStoreStatementTest : public DbBackendTest
 {
 protected:
@@ -22,7 +21,23 @@ protected:
         CDBFactory::InstallForThread(std::move(recorder));
     }
 
-    CMacro SmallMacro()
+    // Runs statements past the recorder, through a second connection.
+    void Run(std::initializer_list<const char*> statements)
+    {
+        auto db = SecondConnection();
+        for (const char* sql : statements)
+            ASSERT_TRUE(db->ExecuteNonQuery(QString::fromUtf8(sql))) << sql;
+    }
+
+    // Fails the `step`-th call from now; the number of calls made so far.
+    int FailStep(int step)
+    {
+        const int before = m_recorder->Calls().size();
+        m_recorder->FailCall(before + step);
+        return before;
+    }
+
+    static CMacro SmallMacro()
     {
         CMacro macro(2, QStringLiteral("m"), QStringLiteral("d"), QStringLiteral("x=1;"));
         macro.InputParams().Add(MakeParam(QStringLiteral("a"), QStringLiteral("1"), QStringLiteral("in"), 1));
@@ -59,7 +74,6 @@ TEST_P(MacroStoreStatementTest, UpdateMacroRunsTheseStatementsInOrder)
     CMacro macro = SmallMacro();
     macro.InputParams().RemoveAll();
     ASSERT_EQ(m_macros.UpdateMacro(1, macro), 1);
-    const QStringList calls = m_recorder->Calls().mid(before);
     const QStringList expected{
         "ExecuteNonQuery: update SC_MACRO_DEFINE \r\n set name = 'm',\r\n description = 'd',\r\n content = '',\r\n"
         " type = 2\r\n where ID=1",
@@ -68,7 +82,7 @@ TEST_P(MacroStoreStatementTest, UpdateMacroRunsTheseStatementsInOrder)
         "Retrieve: select max(id) from SC_MACROPARAM",
         "ExecuteNonQuery: insert into SC_MACROPARAM \r\n values(1,\r\n'x',\r\n'',\r\n'out',\r\n1,\r\n1,\r\n0\r\n)",
     };
-    EXPECT_EQ(calls, expected);
+    EXPECT_EQ(m_recorder->Calls().mid(before), expected);
 }
 
 TEST_P(MacroStoreStatementTest, DeleteAndLoadStatements)
@@ -108,19 +122,12 @@ TEST_P(MacroStoreStatementTest, NegativeNumbersArePrintedAsIsAndTheBlobHoldsLowB
 // Each step of an insert failing in turn: what was written before it stays.
 TEST_P(MacroStoreStatementTest, InsertFailureKeepsWhatWasWrittenBefore)
 {
-    const struct
-    {
-        int failCall;
-        int macros;
-        int params;
-    } steps[] = {{1, 0, 0}, {2, 0, 0}, {3, 1, 0}, {4, 1, 0}, {5, 1, 0}, {6, 1, 1}, {7, 1, 1}};
+    const struct { int failCall, macros, params; } steps[] = {
+        {1, 0, 0}, {2, 0, 0}, {3, 1, 0}, {4, 1, 0}, {5, 1, 0}, {6, 1, 1}, {7, 1, 1}};
     for (const auto& step : steps) {
         SCOPED_TRACE(step.failCall);
-        auto db = SecondConnection();
-        ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("delete from SC_MACRO_DEFINE")));
-        ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("delete from SC_MACROPARAM")));
-        const int before = m_recorder->Calls().size();
-        m_recorder->FailCall(before + step.failCall);
+        Run({"delete from SC_MACRO_DEFINE", "delete from SC_MACROPARAM"});
+        const int before = FailStep(step.failCall);
         EXPECT_EQ(m_macros.InsertMacro(SmallMacro()), -1);
         EXPECT_EQ(m_recorder->Calls().size(), before + step.failCall);
         EXPECT_EQ(CountRows(QStringLiteral("SC_MACRO_DEFINE")), step.macros);
@@ -131,20 +138,13 @@ TEST_P(MacroStoreStatementTest, InsertFailureKeepsWhatWasWrittenBefore)
 TEST_P(MacroStoreStatementTest, UpdateReportsWhichStepFailed)
 {
     ASSERT_EQ(m_macros.InsertMacro(SmallMacro()), 1);
-    const struct
-    {
-        int failCall;
-        int result;
-        int paramsLeft;
-    } steps[] = {{1, 0, 2}, {2, -1, 2}, {3, -1, 2}, {4, -1, 0}, {5, -1, 0}, {6, -1, 1}};
+    const struct { int failCall, result, paramsLeft; } steps[] = {
+        {1, 0, 2}, {2, -1, 2}, {3, -1, 2}, {4, -1, 0}, {5, -1, 0}, {6, -1, 1}};
     for (const auto& step : steps) {
         SCOPED_TRACE(step.failCall);
-        auto db = SecondConnection();
-        ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("delete from SC_MACROPARAM")));
-        ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("insert into SC_MACROPARAM values (1, 'a', '1', '', 0, 1, 1)")));
-        ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("insert into SC_MACROPARAM values (2, 'x', '', '', 1, 1, 0)")));
-        const int before = m_recorder->Calls().size();
-        m_recorder->FailCall(before + step.failCall);
+        Run({"delete from SC_MACROPARAM",
+             "insert into SC_MACROPARAM values (1, 'a', '1', '', 0, 1, 1), (2, 'x', '', '', 1, 1, 0)"});
+        const int before = FailStep(step.failCall);
         EXPECT_EQ(m_macros.UpdateMacro(1, SmallMacro()), step.result);
         EXPECT_EQ(m_recorder->Calls().size(), before + step.failCall);
         EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM")), step.paramsLeft);
@@ -154,8 +154,7 @@ TEST_P(MacroStoreStatementTest, UpdateReportsWhichStepFailed)
 TEST_P(MacroStoreStatementTest, ParametersAreDeletedOnlyAfterTheMacroRow)
 {
     ASSERT_EQ(m_macros.InsertMacro(SmallMacro()), 1);
-    const int before = m_recorder->Calls().size();
-    m_recorder->FailCall(before + 1);
+    const int before = FailStep(1);
     EXPECT_FALSE(m_macros.DeleteMacro(1));
     EXPECT_EQ(m_recorder->Calls().size(), before + 1);
     EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM")), 2);

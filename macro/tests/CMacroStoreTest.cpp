@@ -9,13 +9,7 @@
 namespace {
 
 // One place a quote can hide in a macro.
-struct QuoteCase
-{
-    const char* where;
-    std::function<void(CMacro&)> plant;
-    int insertResult;
-    int updateResult;
-};
+struct QuoteCase { const char* where; std::function<void(CMacro&)> plant; int insertResult, updateResult; };
 
 const QString kQuote = QStringLiteral("O'Brien");
 
@@ -31,7 +25,7 @@ const QuoteCase kQuoteCases[] = {
 class MacroStoreTest : public DbBackendTest
 {
 protected:
-    void ExpectSameParams(const CArray<CMacroParam>& actual, const CArray<CMacroParam>& expected)
+    static void ExpectSameParams(const CArray<CMacroParam>& actual, const CArray<CMacroParam>& expected)
     {
         ASSERT_EQ(actual.GetSize(), expected.GetSize());
         for (int i = 0; i < actual.GetSize(); ++i) {
@@ -40,6 +34,16 @@ protected:
             EXPECT_EQ(actual[i].GetDescription(), expected[i].GetDescription());
             EXPECT_EQ(actual[i].GetDataType(), expected[i].GetDataType());
         }
+    }
+
+    static void ExpectSameMacro(const CMacro& actual, const CMacro& expected)
+    {
+        EXPECT_EQ(actual.GetName(), expected.GetName());
+        EXPECT_EQ(actual.GetType(), expected.GetType());
+        EXPECT_EQ(actual.GetDescription(), expected.GetDescription());
+        EXPECT_EQ(actual.GetContent(), expected.GetContent());
+        ExpectSameParams(actual.InputParams(), expected.InputParams());
+        ExpectSameParams(actual.OutputParams(), expected.OutputParams());
     }
 
     void ExpectTablesHold(int macros, int params)
@@ -68,12 +72,8 @@ TEST_P(MacroStoreTest, InsertNumbersFromTheMaxAndLoadsBackWhole)
     CMacro loaded;
     ASSERT_TRUE(m_macros.LoadMacro(1, loaded));
     EXPECT_EQ(loaded.GetId(), 1);
-    EXPECT_EQ(loaded.GetName(), macro.GetName());
-    EXPECT_EQ(loaded.GetType(), 3);
-    EXPECT_EQ(loaded.GetDescription(), macro.GetDescription());
-    EXPECT_EQ(loaded.GetContent(), macro.GetContent());
-    ExpectSameParams(loaded.InputParams(), macro.InputParams());
-    ExpectSameParams(loaded.OutputParams(), macro.OutputParams());
+    EXPECT_EQ(macro.GetType(), 3);
+    ExpectSameMacro(loaded, macro);
 }
 
 TEST_P(MacroStoreTest, ParameterInsertsReturnTheMaxReadBeforeAndLoadInOrder)
@@ -103,10 +103,9 @@ TEST_P(MacroStoreTest, LoadMacroNeedsInputsAndOutputs)
 {
     CMacro noOutputs = MakeRebarMacro();
     noOutputs.OutputParams().RemoveAll();
-    const int id = m_macros.InsertMacro(noOutputs);
-    ASSERT_EQ(id, 1);
+    ASSERT_EQ(m_macros.InsertMacro(noOutputs), 1);
     CMacro loaded;
-    EXPECT_FALSE(m_macros.LoadMacro(id, loaded));
+    EXPECT_FALSE(m_macros.LoadMacro(1, loaded));
     EXPECT_EQ(loaded.GetName(), noOutputs.GetName());
     EXPECT_EQ(loaded.InputParams().GetSize(), 2);
     CMacro missing;
@@ -126,31 +125,25 @@ TEST_P(MacroStoreTest, UpdateReplacesFieldsScriptAndParameters)
     ASSERT_EQ(m_macros.UpdateMacro(id, changed), 1);
     CMacro loaded;
     ASSERT_TRUE(m_macros.LoadMacro(id, loaded));
-    EXPECT_EQ(loaded.GetName(), changed.GetName());
-    EXPECT_EQ(loaded.GetType(), 9);
-    EXPECT_EQ(loaded.GetDescription(), QStringLiteral("new"));
-    EXPECT_EQ(loaded.GetContent(), changed.GetContent());
-    ExpectSameParams(loaded.InputParams(), changed.InputParams());
-    ExpectSameParams(loaded.OutputParams(), changed.OutputParams());
+    ExpectSameMacro(loaded, changed);
     CMacro neighbour;
     ASSERT_TRUE(m_macros.LoadMacro(2, neighbour));
     EXPECT_EQ(neighbour.InputParams().GetSize(), 2);
     // A missing macro fails at the script, after its (empty) row update.
     EXPECT_EQ(m_macros.UpdateMacro(42, MakeRebarMacro()), -1);
-    EXPECT_EQ(CountRows(QStringLiteral("SC_MACRO_DEFINE")), 2);
+    ExpectTablesHold(2, 6);
 }
 
 TEST_P(MacroStoreTest, DeleteRemovesMacroAndItsParameters)
 {
-    const int first = m_macros.InsertMacro(MakeRebarMacro());
-    const int second = m_macros.InsertMacro(MakeRebarMacro(QStringLiteral("b")));
-    ASSERT_TRUE(m_macros.DeleteMacro(first));
-    EXPECT_EQ(CountRows(QStringLiteral("SC_MACRO_DEFINE")), 1);
-    EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM"), QStringLiteral("where MACROID = 1")), 0);
+    ASSERT_EQ(m_macros.InsertMacro(MakeRebarMacro()), 1);
+    ASSERT_EQ(m_macros.InsertMacro(MakeRebarMacro(QStringLiteral("b"))), 2);
+    ASSERT_TRUE(m_macros.DeleteMacro(1));
+    ExpectTablesHold(1, 3);
     EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM"), QStringLiteral("where MACROID = 2")), 3);
-    EXPECT_TRUE(m_macros.DeleteMacro(first));
-    EXPECT_TRUE(m_macros.DeleteMacroParams(second));
-    EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM")), 0);
+    EXPECT_TRUE(m_macros.DeleteMacro(1));
+    EXPECT_TRUE(m_macros.DeleteMacroParams(2));
+    ExpectTablesHold(1, 0);
     EXPECT_EQ(m_macros.InsertMacro(MakeRebarMacro()), 3);
 }
 
@@ -203,27 +196,25 @@ TEST_P(MacroStoreTest, ScriptKeepsOnlyTheLowByteOfEachCharacter)
 
 TEST_P(MacroStoreTest, QuoteMakesInsertAndUpdateFailWithNothingChanged)
 {
-    const CMacro original = MakeRebarMacro();
-    for (const QuoteCase& c : kQuoteCases) {
-        SCOPED_TRACE(c.where);
+    const auto planted = [](const QuoteCase& c) {
         CMacro macro = MakeRebarMacro(QStringLiteral("changed"));
         macro.SetContent(QStringLiteral("changed"));
         c.plant(macro);
-        EXPECT_EQ(m_macros.InsertMacro(macro), c.insertResult);
+        return macro;
+    };
+    for (const QuoteCase& c : kQuoteCases) {
+        SCOPED_TRACE(c.where);
+        EXPECT_EQ(m_macros.InsertMacro(planted(c)), c.insertResult);
         ExpectTablesHold(0, 0);
     }
+    const CMacro original = MakeRebarMacro();
     ASSERT_EQ(m_macros.InsertMacro(original), 1);
     for (const QuoteCase& c : kQuoteCases) {
         SCOPED_TRACE(c.where);
-        CMacro macro = MakeRebarMacro(QStringLiteral("changed"));
-        macro.SetContent(QStringLiteral("changed"));
-        c.plant(macro);
-        EXPECT_EQ(m_macros.UpdateMacro(1, macro), c.updateResult);
+        EXPECT_EQ(m_macros.UpdateMacro(1, planted(c)), c.updateResult);
         CMacro loaded;
         ASSERT_TRUE(m_macros.LoadMacro(1, loaded));
-        EXPECT_EQ(loaded.GetName(), original.GetName());
-        EXPECT_EQ(loaded.GetContent(), original.GetContent());
-        EXPECT_EQ(loaded.InputParams().GetSize(), 2);
+        ExpectSameMacro(loaded, original);
     }
     ExpectTablesHold(1, 3);
 }
@@ -246,12 +237,7 @@ TEST_P(MacroStoreTest, LockedDatabaseFailsCleanly)
     ASSERT_EQ(m_macros.InsertMacro(MakeRebarMacro()), 1);
     ASSERT_TRUE(SystemDb()->SetBusyTimeoutMs(200));
     auto holder = SecondConnection();
-    if (GetParam() == DbBackend::SQLite) {
-        ASSERT_TRUE(holder->ExecuteNonQuery(QStringLiteral("BEGIN EXCLUSIVE")));
-    } else {
-        ASSERT_TRUE(holder->ExecuteNonQuery(QStringLiteral("BEGIN")));
-        ASSERT_TRUE(holder->ExecuteNonQuery(QStringLiteral("LOCK TABLE SC_MACRO_DEFINE IN ACCESS EXCLUSIVE MODE")));
-    }
+    ASSERT_TRUE(LockTable(*holder, GetParam(), "SC_MACRO_DEFINE"));
     EXPECT_EQ(m_macros.InsertMacro(MakeRebarMacro()), -1);
     EXPECT_FALSE(m_macros.DeleteMacro(1));
     EXPECT_EQ(m_macros.UpdateMacro(1, MakeRebarMacro(QStringLiteral("x"))), 0);

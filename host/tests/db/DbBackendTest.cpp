@@ -57,6 +57,14 @@ std::string DbBackendName(const ::testing::TestParamInfo<DbBackend>& info)
     return info.param == DbBackend::SQLite ? "SQLite" : "PostgreSQL";
 }
 
+bool LockTable(CComDB& holder, DbBackend backend, const char* table)
+{
+    if (backend == DbBackend::SQLite)
+        return holder.ExecuteNonQuery(QStringLiteral("BEGIN EXCLUSIVE"));
+    return holder.ExecuteNonQuery(QStringLiteral("BEGIN"))
+           && holder.ExecuteNonQuery(QStringLiteral("LOCK TABLE %1 IN ACCESS EXCLUSIVE MODE").arg(table));
+}
+
 QString CopyAccessFixture(const QString& folder, const QString& name)
 {
     QDir().mkpath(folder);

@@ -9,23 +9,17 @@ class CComDB;
 
 enum class DbBackend { SQLite, PostgreSQL };
 
-// Runs a test on a fresh system database of each backend: a SQLite file in
-// the temporary home, or a new database on the private PostgreSQL server.
-// The host context's system database names it, so CDBFactory::GetSingle(0)
-// connects there and creates the schema.
+// Runs a test on a fresh system database of each backend (a SQLite file in the temporary home or a new
+// database on the private PostgreSQL server), named by the host context's system database.
 class DbBackendTest : public TempHomeTest, public ::testing::WithParamInterface<DbBackend>
 {
 protected:
     void SetUp() override;
     void TearDown() override;
-    // Runs at the end of SetUp, once the system database is connected.
-    virtual void Prepare() {}
+    virtual void Prepare() {} // at the end of SetUp, once the system database is connected
 
-    // The connection string of this test's system database.
     const QString& Target() const { return m_target; }
-    // The calling thread's system-database service, connected.
-    CComDB* SystemDb();
-    // An independent second connection to the same database.
+    CComDB* SystemDb(); // the calling thread's system-database service
     std::unique_ptr<CComDB> SecondConnection();
     // Counts the rows of a table through a second connection (-1 on error).
     int CountRows(const QString& table, const QString& where = QString());
@@ -35,13 +29,14 @@ private:
 };
 
 std::string DbBackendName(const ::testing::TestParamInfo<DbBackend>& info);
+// Locks `table` in an open transaction of `holder`, which keeps it until COMMIT or ROLLBACK.
+bool LockTable(CComDB& holder, DbBackend backend, const char* table);
 
 #define VELMORA_INSTANTIATE_DB_BACKENDS(suite)                                                          \
     INSTANTIATE_TEST_SUITE_P(Backends, suite, ::testing::Values(DbBackend::SQLite, DbBackend::PostgreSQL), \
                              DbBackendName)
 
-// Copies the repository's Access fixture (read-only test data) into `folder`
-// and returns the copy's native path; empty on failure.
+// Copies the repository's Access fixture into `folder`; the copy's native path, empty on failure.
 QString CopyAccessFixture(const QString& folder, const QString& name = QStringLiteral("macros.mdb"));
 
 // A private copy of the Access fixture in the temporary home.

@@ -29,8 +29,7 @@ struct ChildSpec
     bool dieWithParent = false;
 };
 
-// fork + exec with only async-signal-safe calls in the child: output to the
-// log, the unprivileged user when asked, a C locale.
+// fork + exec, only async-signal-safe calls in the child: output to the log, a C locale.
 pid_t Spawn(const ChildSpec& spec)
 {
     std::vector<char*> argv;
@@ -45,17 +44,14 @@ pid_t Spawn(const ChildSpec& spec)
     if (pid != 0)
         return pid;
     const int log = open(spec.log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644);
-    if (log >= 0) {
-        dup2(log, STDOUT_FILENO);
-        dup2(log, STDERR_FILENO);
-    }
-    const int devnull = open("/dev/null", O_RDONLY);
-    if (devnull >= 0)
+    for (const int target : {STDOUT_FILENO, STDERR_FILENO})
+        if (log >= 0)
+            dup2(log, target);
+    if (const int devnull = open("/dev/null", O_RDONLY); devnull >= 0)
         dup2(devnull, STDIN_FILENO);
     if (spec.dropPrivileges && (setgroups(0, nullptr) != 0 || setgid(spec.gid) != 0 || setuid(spec.uid) != 0))
         _exit(126);
-    // A crashed test must not leave its server behind (set after the uid change,
-    // which would clear it).
+    // A crashed test must not leave its server behind (set after the uid change, which clears it).
     if (spec.dieWithParent && (prctl(PR_SET_PDEATHSIG, SIGINT) != 0 || getppid() != parent))
         _exit(125);
     execve(argv[0], argv.data(), envp);
@@ -81,15 +77,9 @@ PgTestServer& PgTestServer::Instance()
     return server;
 }
 
-PgTestServer::~PgTestServer()
-{
-    Stop();
-}
+PgTestServer::~PgTestServer() { Stop(); }
 
-QString PgTestServer::BinDir()
-{
-    return QStringLiteral("/usr/lib/postgresql/15/bin");
-}
+QString PgTestServer::BinDir() { return QStringLiteral("/usr/lib/postgresql/15/bin"); }
 
 QString PgTestServer::Url(const QString& database) const
 {
@@ -99,18 +89,15 @@ QString PgTestServer::Url(const QString& database) const
 QString PgTestServer::LogTail() const
 {
     QFile log(m_folder + QStringLiteral("/server.log"));
-    if (!log.open(QIODevice::ReadOnly))
-        return QString();
-    const QByteArray text = log.readAll();
-    return QString::fromLocal8Bit(text.right(2000));
+    return log.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(log.readAll().right(2000)) : QString();
 }
 
 bool PgTestServer::Start(QString& error)
 {
     if (!m_tried) {
         m_tried = true;
-        m_running = MakeFolder(m_startError) && RunInitdb(m_startError) && Launch(m_startError)
-                    && WaitReady(m_startError);
+        m_running =
+            MakeFolder(m_startError) && RunInitdb(m_startError) && Launch(m_startError) && WaitReady(m_startError);
         if (!m_running)
             Stop();
     }
@@ -154,11 +141,10 @@ bool PgTestServer::RunInitdb(QString& error)
                    folder + "/server.log", m_dropPrivileges, m_uid, m_gid, false};
     const pid_t pid = Spawn(spec);
     int status = 0;
-    if (pid < 0 || !WaitExit(pid, status, 120000) || !WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        error = QStringLiteral("initdb failed:\n") + LogTail();
-        return false;
-    }
-    return true;
+    if (pid >= 0 && WaitExit(pid, status, 120000) && WIFEXITED(status) && WEXITSTATUS(status) == 0)
+        return true;
+    error = QStringLiteral("initdb failed:\n") + LogTail();
+    return false;
 }
 
 bool PgTestServer::Launch(QString& error)
@@ -168,11 +154,9 @@ bool PgTestServer::Launch(QString& error)
                     "listen_addresses=", "-F", "-c", "max_connections=50"},
                    folder + "/server.log", m_dropPrivileges, m_uid, m_gid, true};
     m_pid = Spawn(spec);
-    if (m_pid < 0) {
+    if (m_pid < 0)
         error = QStringLiteral("cannot start the PostgreSQL server");
-        return false;
-    }
-    return true;
+    return m_pid >= 0;
 }
 
 bool PgTestServer::WaitReady(QString& error)
@@ -220,9 +204,8 @@ void PgTestServer::Stop()
         m_pid = -1;
     }
     m_running = false;
-    if (!m_folder.isEmpty()) {
-        std::error_code ignored;
+    std::error_code ignored;
+    if (!m_folder.isEmpty())
         std::filesystem::remove_all(m_folder.toStdString(), ignored);
-        m_folder.clear();
-    }
+    m_folder.clear();
 }
