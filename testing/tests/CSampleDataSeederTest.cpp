@@ -22,6 +22,12 @@ QList<QVariantList> Rows(const QString& table)
     return rows;
 }
 
+QString Globals(const QString& script)
+{
+    QString fun, parm;
+    return CTestCaseStore::LoadGlobals(script, fun, parm) ? fun + "|" + parm : QStringLiteral("<failed>");
+}
+
 QString MacroListPath()
 {
     return HostContext::Instance().SysDataPath() + QStringLiteral("/macrolist.log");
@@ -41,10 +47,7 @@ protected:
     // Every case of `script` reads back through the store as the samples give it.
     void ExpectCases(const CSampleScripts::Script& script)
     {
-        QString fun, parm;
-        ASSERT_TRUE(CTestCaseStore::LoadGlobals(script.keyCh, fun, parm));
-        EXPECT_EQ(fun, m_samples.GlobalFun());
-        EXPECT_EQ(parm, script.globalParm);
+        EXPECT_EQ(Globals(script.keyCh), m_samples.GlobalFun() + "|" + script.globalParm);
         CArray<QString> names;
         ASSERT_TRUE(CTestCaseStore::ListTestCases(script.keyCh, names));
         ASSERT_EQ(names.GetSize(), script.cases.size());
@@ -53,13 +56,14 @@ protected:
             CTestCaseInfoTable table;
             ASSERT_TRUE(CTestCaseStore::LoadTestCase(script.keyCh, testCase.name + ".tx", text, &table));
             EXPECT_EQ(text, testCase.script);
-            ASSERT_EQ(table.GetRowCount(), testCase.expected.size());
-            for (int row = 1; row <= table.GetRowCount(); ++row) {
-                const CSampleScripts::Expected& e = testCase.expected.at(row - 1);
-                EXPECT_EQ(table.GetAsString(CTestCaseInfoTable::ParmName, row), e.name);
-                EXPECT_EQ(table.GetAsString(CTestCaseInfoTable::ParmValue, row), e.value);
-                EXPECT_EQ(table.GetAsString(CTestCaseInfoTable::ParmMsg, row), e.comment);
-            }
+            QStringList rows, expected;
+            for (int row = 1; row <= table.GetRowCount(); ++row)
+                rows << table.GetAsString(CTestCaseInfoTable::ParmName, row) + "|"
+                            + table.GetAsString(CTestCaseInfoTable::ParmValue, row) + "|"
+                            + table.GetAsString(CTestCaseInfoTable::ParmMsg, row);
+            for (const CSampleScripts::Expected& e : testCase.expected)
+                expected << e.name + "|" + e.value + "|" + e.comment;
+            EXPECT_EQ(rows, expected);
         }
     }
 
@@ -75,7 +79,7 @@ TEST_F(CSampleDataSeederTest, FreshHomeGetsEveryScriptCaseAndTheMacroListOnce)
     EXPECT_FALSE(CSampleDataSeeder::NeedsSeeding());
     EXPECT_EQ(seeder.ScriptCount(), m_samples.Scripts().size());
 
-    const QList<QVariantList> rows = Rows(QStringLiteral("Macros"));
+    const QList<QVariantList> rows = Rows("Macros");
     ASSERT_EQ(rows.size(), m_samples.Scripts().size());
     QStringList v2Expected, macroList{QString(29, QLatin1Char('*'))};
     int cases = 0;
@@ -91,15 +95,14 @@ TEST_F(CSampleDataSeederTest, FreshHomeGetsEveryScriptCaseAndTheMacroListOnce)
     }
     EXPECT_EQ(seeder.CaseCount(), cases);
     QStringList v2;
-    for (const QVariantList& row : Rows(QStringLiteral("MacrosV2")))
+    for (const QVariantList& row : Rows("MacrosV2"))
         v2 << row[0].toString();
     ASSERT_FALSE(v2.isEmpty());
     EXPECT_EQ(v2, v2Expected);
     EXPECT_EQ(CodePage::ToUnicode(ReadBytes(MacroListPath())), macroList.join("\r\n") + "\r\n");
 
-    // Seeding again changes nothing.
     const QByteArray dbBytes = ReadBytes(HostContext::Instance().SystemDatabase());
-    CSampleDataSeeder second;
+    CSampleDataSeeder second; // seeding again changes nothing
     ASSERT_TRUE(second.SeedIfNeeded());
     EXPECT_FALSE(second.Seeded());
     EXPECT_EQ(ReadBytes(HostContext::Instance().SystemDatabase()), dbBytes);
@@ -117,7 +120,7 @@ TEST_F(CSampleDataSeederTest, ExistingOrServerDatabasesAreNeverSeeded)
     EXPECT_FALSE(QFileInfo::exists(MacroListPath()));
     EXPECT_FALSE(CTestCaseStore::HasTestCases(m_samples.Scripts()[0].keyCh));
 
-    HostContext::Instance().SetSystemDatabase(QStringLiteral("postgresql://u@localhost/none"));
+    HostContext::Instance().SetSystemDatabase("postgresql://u@localhost/none");
     EXPECT_FALSE(CSampleDataSeeder::NeedsSeeding());
     CSampleDataSeeder server;
     EXPECT_TRUE(server.SeedIfNeeded());
@@ -127,15 +130,12 @@ TEST_F(CSampleDataSeederTest, ExistingOrServerDatabasesAreNeverSeeded)
 TEST_F(CSampleDataSeederTest, UsersCasesAndMacroListStay)
 {
     const CSampleScripts::Script& mine = m_samples.Scripts()[1];
-    ASSERT_TRUE(CTestCaseStore::SaveGlobals(mine.keyCh, QStringLiteral("// my functions"), QStringLiteral("var a = 1")));
+    ASSERT_TRUE(CTestCaseStore::SaveGlobals(mine.keyCh, "// my functions", "var a = 1"));
     ASSERT_TRUE(WriteBytes(MacroListPath(), "my log"));
     CSampleDataSeeder seeder;
     ASSERT_TRUE(seeder.SeedIfNeeded());
     EXPECT_TRUE(seeder.Seeded());
-    QString fun, parm;
-    ASSERT_TRUE(CTestCaseStore::LoadGlobals(mine.keyCh, fun, parm));
-    EXPECT_EQ(fun, QStringLiteral("// my functions"));
-    EXPECT_EQ(parm, QStringLiteral("var a = 1"));
+    EXPECT_EQ(Globals(mine.keyCh), "// my functions|var a = 1");
     CArray<QString> names;
     CTestCaseStore::ListTestCases(mine.keyCh, names);
     EXPECT_EQ(names.GetSize(), 0);
@@ -154,7 +154,7 @@ TEST_F(CSampleDataSeederTest, FailureLeavesNoDatabaseSoTheNextStartRetries)
     EXPECT_FALSE(seeder.Error().isEmpty());
     EXPECT_FALSE(seeder.Seeded());
     EXPECT_TRUE(CSampleDataSeeder::NeedsSeeding());
-    EXPECT_TRUE(QDir(HostContext::Instance().SysDataPath()).entryList({QStringLiteral("*.seeding-*")}).isEmpty());
+    EXPECT_TRUE(QDir(HostContext::Instance().SysDataPath()).entryList({"*.seeding-*"}).isEmpty());
 
     ASSERT_TRUE(QFile::remove(root));
     ASSERT_TRUE(QDir().mkpath(root));

@@ -8,9 +8,10 @@ const QByteArray kGoodBody = R"({"key_ch": "梁\\a.js", "key_en": "A", "descript
   "globalParm": "var x = 1 ////x", "script": "var y = x;",
   "cases": [{"name": "c1", "script": "x = 2;", "expect": [["y", "2", "why"]]}]})";
 
-QByteArray OneScript(const QByteArray& body)
+// One script "A" whose body is the good one with `from` replaced by `to`.
+QByteArray OneScript(const char* from, const char* to)
 {
-    return "{\"A\": " + body + "}";
+    return "{\"A\": " + QByteArray(kGoodBody).replace(from, to) + "}";
 }
 
 } // namespace
@@ -21,12 +22,13 @@ TEST(CSampleScriptsTest, BuiltInSamplesAreRebarScriptsWithCases)
     ASSERT_TRUE(samples.LoadBuiltIn()) << samples.Error().toStdString();
     ASSERT_GE(samples.Scripts().size(), 8);
     // Listed in the file's order, not sorted by id.
-    EXPECT_EQ(samples.Scripts().first().keyEn, QStringLiteral("RebarWeight"));
+    EXPECT_EQ(samples.Scripts().first().keyEn, "RebarWeight");
     EXPECT_EQ(samples.Scripts().first().keyCh, QStringLiteral("通用脚本\\钢筋每米重量.js"));
     for (const CSampleScripts::Script& script : samples.Scripts()) {
-        EXPECT_TRUE(script.keyCh.endsWith(QStringLiteral(".js"))) << script.keyCh.toStdString();
+        SCOPED_TRACE(script.keyCh.toStdString());
+        EXPECT_TRUE(script.keyCh.endsWith(".js"));
         EXPECT_FALSE(script.category.isEmpty());
-        EXPECT_GE(script.cases.size(), 2) << script.keyCh.toStdString();
+        EXPECT_GE(script.cases.size(), 2);
         for (const CSampleScripts::Case& testCase : script.cases)
             EXPECT_FALSE(testCase.expected.isEmpty()) << testCase.name.toStdString();
     }
@@ -37,51 +39,43 @@ TEST(CSampleScriptsTest, ReadsEveryFieldInFileOrderWithCrLfFunctions)
     const QByteArray json = "{\"Zeta\": " + kGoodBody + ", \"Alpha\": " + QByteArray(kGoodBody).replace("a.js", "b.js") + "}";
     CSampleScripts samples;
     ASSERT_TRUE(samples.Load(json, "line1\nline2\r\nline3\n"));
-    EXPECT_EQ(samples.GlobalFun(), QStringLiteral("line1\r\nline2\r\nline3\r\n"));
+    EXPECT_EQ(samples.GlobalFun(), "line1\r\nline2\r\nline3\r\n");
     ASSERT_EQ(samples.Scripts().size(), 2);
     EXPECT_EQ(samples.Scripts()[1].keyCh, QStringLiteral("梁\\b.js"));
     const CSampleScripts::Script& s = samples.Scripts().first();
     EXPECT_EQ(QStringList({s.keyCh, s.keyEn, s.description, s.category, s.globalParm, s.script}),
               QStringList({QStringLiteral("梁\\a.js"), "A", "d", QStringLiteral("梁"), "var x = 1 ////x", "var y = x;"}));
     ASSERT_EQ(s.cases.size(), 1);
-    EXPECT_EQ(s.cases[0].name + "|" + s.cases[0].script, QStringLiteral("c1|x = 2;"));
+    EXPECT_EQ(s.cases[0].name + "|" + s.cases[0].script, "c1|x = 2;");
     ASSERT_EQ(s.cases[0].expected.size(), 1);
     const CSampleScripts::Expected& e = s.cases[0].expected[0];
-    EXPECT_EQ(e.name + "|" + e.value + "|" + e.comment, QStringLiteral("y|2|why"));
+    EXPECT_EQ(e.name + "|" + e.value + "|" + e.comment, "y|2|why");
 }
 
 TEST(CSampleScriptsTest, DamagedSamplesAreRefused)
 {
-    const struct
-    {
-        const char* what;
-        QByteArray json;
-    } cases[] = {
+    const struct { const char* what; QByteArray json; } cases[] = {
         {"not JSON", "{\"A\": "},
         {"an array", "[1, 2]"},
-        {"no key", OneScript(QByteArray(kGoodBody).replace("\"key_ch\"", "\"other\""))},
-        {"no script text", OneScript(QByteArray(kGoodBody).replace("\"script\": \"var y = x;\"", "\"script\": \"\""))},
-        {"case without name", OneScript(QByteArray(kGoodBody).replace("\"name\": \"c1\"", "\"name\": \"\""))},
-        {"short expected row", OneScript(QByteArray(kGoodBody).replace("[\"y\", \"2\", \"why\"]", "[\"y\", \"2\"]"))},
+        {"no key", OneScript("\"key_ch\"", "\"other\"")},
+        {"no script text", OneScript("\"script\": \"var y = x;\"", "\"script\": \"\"")},
+        {"case without name", OneScript("\"name\": \"c1\"", "\"name\": \"\"")},
+        {"short expected row", OneScript("[\"y\", \"2\", \"why\"]", "[\"y\", \"2\"]")},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
         CSampleScripts samples;
-        EXPECT_FALSE(samples.Load(c.json, "f")) << c.what;
-        EXPECT_FALSE(samples.Error().isEmpty()) << c.what;
-        EXPECT_TRUE(samples.Scripts().isEmpty()) << c.what;
+        EXPECT_FALSE(samples.Load(c.json, "f"));
+        EXPECT_FALSE(samples.Error().isEmpty());
+        EXPECT_TRUE(samples.Scripts().isEmpty());
     }
 }
 
 TEST(CSampleScriptsTest, V2KeysAreTheGeneralAndGraphicFolders)
 {
-    const struct
-    {
-        QString key;
-        bool v2;
-    } cases[] = {
-        {QStringLiteral("通用脚本\\a.js"), true}, {QStringLiteral("图形法脚本\\b.js"), true},
-        {QStringLiteral("梁\\c.js"), false},     {QStringLiteral("通用脚本.js"), false},
-        {QStringLiteral("通用脚本/a.js"), false}, {QString(), false},
+    const struct { QString key; bool v2; } cases[] = {
+        {"通用脚本\\a.js", true}, {"图形法脚本\\b.js", true}, {"梁\\c.js", false},
+        {"通用脚本.js", false},   {"通用脚本/a.js", false},   {QString(), false},
     };
     for (const auto& c : cases)
         EXPECT_EQ(CSampleScripts::IsV2Key(c.key), c.v2) << c.key.toStdString();

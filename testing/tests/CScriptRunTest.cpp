@@ -1,5 +1,4 @@
 #include "CAccessSysData_MacrosTable.h"
-#include "COutPutTextTable.h"
 #include "HostContext.h"
 #include "RunnerTestSupport.h"
 
@@ -10,14 +9,14 @@ namespace {
 
 const QString kScript = QStringLiteral("var area = Round2(w * h);\r\nvar note = 'w=' + w;");
 const QString kFun = QStringLiteral("function Round2(x) { return Math.round(x * 100) / 100; }");
+const QString kNoFolder = QStringLiteral("C:\\没有这个目录\\结果.txt");
 
 } // namespace
 
 class ScriptRunTest : public RunnerTest
 {
 protected:
-    // "beam.js": one passing case, one 3 vs 3.0 mismatch, one unreadable case
-    // and one whose script throws.
+    // "beam.js": one passing case, one 3 vs 3.0 mismatch, one unreadable case and one whose script throws.
     static void SeedBeam()
     {
         SeedGlobals("beam.js", kFun, "var w = 1;\r\nvar h = 1;");
@@ -33,6 +32,15 @@ protected:
         ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent(key, text));
     }
 
+    QStringList UiTexts(const QString& kind)
+    {
+        QStringList texts;
+        for (const auto& call : Ui().CallsOf(kind))
+            texts << call.text;
+        return texts;
+    }
+
+    // The failure box, then the result file opened: the last things done.
     void ExpectFailureBox(const CTestJavaScriptService& service)
     {
         EXPECT_EQ(Ui().MessageTexts(), QStringList({"测试出现失败！"}));
@@ -40,11 +48,11 @@ protected:
         ASSERT_EQ(box.size(), 1);
         EXPECT_EQ(box[0].caption, QString());
         EXPECT_EQ(box[0].style, UIFunction::MB_OK);
-        // The box, then the result file opened: the last things done.
-        ASSERT_GE(Ui().calls.size(), 2);
-        EXPECT_EQ(Ui().calls[Ui().calls.size() - 2].kind, QStringLiteral("MessageBox"));
-        EXPECT_EQ(Ui().calls.last().kind, QStringLiteral("ShellOpen"));
-        EXPECT_EQ(Ui().calls.last().text, NativePath::Map(service.GetResultFileName()));
+        const auto& calls = Ui().calls;
+        ASSERT_GE(calls.size(), 2);
+        EXPECT_EQ(calls[calls.size() - 2].kind, "MessageBox");
+        EXPECT_EQ(calls.last().kind, "ShellOpen");
+        EXPECT_EQ(calls.last().text, NativePath::Map(service.GetResultFileName()));
     }
 };
 
@@ -57,26 +65,21 @@ TEST_F(ScriptRunTest, EveryCaseIsLoggedInOrderAndFailuresDoNotStopTheRun)
     EXPECT_FALSE(service.RunScriptTests("beam.js", kScript));
 
     ASSERT_EQ(seen.size(), 4);
+    QStringList messages;
+    for (const CTestCaseOutcome& o : seen) {
+        EXPECT_EQ(o.script, "beam.js");
+        messages << o.message;
+    }
+    EXPECT_EQ(messages.mid(0, 3), QStringList({"测试通过!", "计算结果不一致!", "无法获取测试用例信息!"}));
     EXPECT_TRUE(seen[0].passed);
-    EXPECT_EQ(seen[0].message, QStringLiteral("测试通过!"));
     ASSERT_EQ(seen[0].rows.size(), 2);
-    EXPECT_EQ(seen[0].rows[0].newValue, QStringLiteral("3"));
-    EXPECT_EQ(seen[1].message, QStringLiteral("计算结果不一致!"));
-    EXPECT_EQ(seen[1].rows[0].storedValue, QStringLiteral("3.0"));
-    EXPECT_EQ(seen[2].message, QStringLiteral("无法获取测试用例信息!"));
+    EXPECT_EQ(seen[0].rows[0].newValue, "3");
+    EXPECT_EQ(seen[1].rows[0].storedValue, "3.0");
     EXPECT_TRUE(seen[2].rows.isEmpty());
-    EXPECT_TRUE(seen[3].message.startsWith(QStringLiteral("Error: "))) << seen[3].message.toStdString();
-    EXPECT_TRUE(seen[3].message.contains(QStringLiteral("坏")));
-    for (const CTestCaseOutcome& o : seen)
-        EXPECT_EQ(o.script, QStringLiteral("beam.js"));
-
-    COutPutTextTable table;
-    for (const char* title : {"ParmName", "ParmValue", "NewParmValue"})
-        table.AddTextNode(title);
-    for (const char* cell : {"area", "3.0", "3", "note", "w=3", "w=3"})
-        table.AddNodeValue(cell);
+    EXPECT_TRUE(seen[3].message.startsWith("Error: ") && seen[3].message.contains("坏")) << seen[3].message.toStdString();
     EXPECT_EQ(Masked(service), Line("beam.js", "1pass.tx", "计算结果一致!") + Line("beam.js", "1pass.tx", "测试通过!")
-                                   + Line("beam.js", "2mismatch.tx", "计算结果不一致!") + table.ToText()
+                                   + Line("beam.js", "2mismatch.tx", "计算结果不一致!")
+                                   + PrintedTable({{"area", "3.0", "3"}, {"note", "w=3", "w=3"}})
                                    + Line("beam.js", "3broken.tx", "无法获取测试用例信息!")
                                    + Line("beam.js", "4throws.tx", seen[3].message));
 }
@@ -86,14 +89,13 @@ TEST_F(ScriptRunTest, MissingCasesOrGlobalsFailWithOneLineAndGlobalsAlonePass)
     CTestJavaScriptService service;
     EXPECT_FALSE(service.RunScriptTests("none.js", "var a = 1;"));
     // Case files without GlobalFun.txt do not count.
-    SeedGlobals("casesonly.js");
+    for (const char* script : {"casesonly.js", "noparm.js", "empty.js"})
+        SeedGlobals(script);
     SeedCase("casesonly.js", "c.tx", "", {});
     ASSERT_TRUE(QFile::remove(NativePath::Map(CTestCaseStore::ScriptFolder("casesonly.js") + "GlobalFun.txt")));
     EXPECT_FALSE(service.RunScriptTests("casesonly.js", "var a = 1;"));
-    SeedGlobals("noparm.js");
     ASSERT_TRUE(QFile::remove(NativePath::Map(CTestCaseStore::ScriptFolder("noparm.js") + "GlobalParm.txt")));
     EXPECT_FALSE(service.RunScriptTests("noparm.js", "var a = 1;"));
-    SeedGlobals("empty.js");
     EXPECT_TRUE(service.RunScriptTests("empty.js", "var a = 1;"));
     EXPECT_EQ(Masked(service), Line("none.js", "", "没有测试用例!") + Line("casesonly.js", "", "没有测试用例!")
                                    + Line("noparm.js", "", "无法获取全局信息!"));
@@ -112,7 +114,7 @@ TEST_F(ScriptRunTest, AScriptThatNeverEndsIsLoggedAndTheNextCaseRuns)
     EXPECT_FALSE(report.outcomes[0].passed);
     EXPECT_FALSE(report.outcomes[0].message.isEmpty());
     EXPECT_TRUE(report.outcomes[1].passed);
-    EXPECT_EQ(report.outcomes[1].message, QStringLiteral("测试通过!"));
+    EXPECT_EQ(report.outcomes[1].message, "测试通过!");
 }
 
 TEST_F(ScriptRunTest, ReportsGatheredOnWorkerThreadsWriteTheSequentialFile)
@@ -134,13 +136,12 @@ TEST_F(ScriptRunTest, ReportsGatheredOnWorkerThreadsWriteTheSequentialFile)
     for (std::thread& t : workers)
         t.join();
 
-    CTestJavaScriptService merged;
-    CTestJavaScriptService sequential;
+    CTestJavaScriptService merged, sequential;
     for (int i = 0; i < order.size(); ++i) {
         EXPECT_TRUE(merged.AppendReport(reports[i]));
         sequential.RunScriptTests(order[i], kScript);
     }
-    EXPECT_EQ(reports[1].script, QStringLiteral("beam.js"));
+    EXPECT_EQ(reports[1].script, "beam.js");
     ASSERT_EQ(reports[1].entries.size(), 6);
     EXPECT_TRUE(reports[1].entries[3].isTable);
     EXPECT_EQ((QList<bool>{reports[0].passed, reports[1].passed, reports[2].passed}), (QList<bool>{true, false, false}));
@@ -151,7 +152,7 @@ TEST_F(ScriptRunTest, AnUnwritableResultFileIsReportedAndTheRunGoesOn)
 {
     SeedBeam();
     CTestJavaScriptService service;
-    service.SetResultFileName("C:\\没有这个目录\\结果.txt");
+    service.SetResultFileName(kNoFolder);
     int outcomes = 0;
     service.SetCaseObserver([&](const CTestCaseOutcome&) { ++outcomes; });
     EXPECT_FALSE(service.RunScriptTests("beam.js", kScript));
@@ -163,7 +164,7 @@ TEST_F(ScriptRunTest, AnUnwritableResultFileIsReportedAndTheRunGoesOn)
     CScriptTestReport report;
     fine.RunScriptTests("beam.js", kScript, &report);
     EXPECT_FALSE(fine.ResultFileWriteFailed());
-    fine.SetResultFileName("C:\\没有这个目录\\结果.txt");
+    fine.SetResultFileName(kNoFolder);
     EXPECT_FALSE(fine.AppendReport(report));
     EXPECT_TRUE(fine.ResultFileWriteFailed());
 }
@@ -180,10 +181,7 @@ TEST_F(ScriptRunTest, RunAllPassingInKeyOrderShowsNothing)
     EXPECT_EQ(service.RunAllTests(), 1);
     EXPECT_TRUE(Ui().CallsOf("MessageBox").isEmpty());
     EXPECT_TRUE(Ui().CallsOf("ShellOpen").isEmpty());
-    QStringList progress;
-    for (const auto& call : Ui().CallsOf("ProgressUpdate"))
-        progress << call.text;
-    EXPECT_EQ(progress, QStringList({"开始测试脚本:a.js", "开始测试脚本:b.js"}));
+    EXPECT_EQ(UiTexts("ProgressUpdate"), QStringList({"开始测试脚本:a.js", "开始测试脚本:b.js"}));
     EXPECT_EQ(Masked(service), Line("a.js", "c1.tx", "计算结果一致!") + Line("a.js", "c1.tx", "测试通过!")
                                    + Line("b.js", "c1.tx", "计算结果一致!") + Line("b.js", "c1.tx", "测试通过!"));
 }
@@ -196,8 +194,7 @@ TEST_F(ScriptRunTest, RunAllWithScriptsWithoutCasesEndsWithTheFailureBox)
     EXPECT_EQ(service.RunAllTests(), 1);
     EXPECT_EQ(Masked(service), Line("x.js", "", "没有测试用例!") + Line("y.js", "", "没有测试用例!"));
     ExpectFailureBox(service);
-    // The progress window is gone before the box shows.
-    EXPECT_EQ(Ui().calls[Ui().calls.size() - 3].kind, QStringLiteral("ProgressEnd"));
+    EXPECT_EQ(Ui().calls[Ui().calls.size() - 3].kind, "ProgressEnd"); // the progress window is gone before the box
 }
 
 TEST_F(ScriptRunTest, RunAllEndsProperlyWhenTheResultFileCannotBeWritten)

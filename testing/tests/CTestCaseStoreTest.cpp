@@ -10,6 +10,7 @@
 namespace {
 
 const QString kSep = QStringLiteral("@@@@@@######@@@@@");
+const QString kFields[] = {CTestCaseInfoTable::ParmName, CTestCaseInfoTable::ParmValue, CTestCaseInfoTable::ParmMsg};
 
 QString StoreFile(const QString& script, const QString& file)
 {
@@ -19,9 +20,14 @@ QString StoreFile(const QString& script, const QString& file)
 void AddRow(NDataModelDataSet& table, const QString& name, const QString& value, const QString& msg = {})
 {
     const int row = table.InsertRow(0);
-    table.SetAsString(CTestCaseInfoTable::ParmName, row, name);
-    table.SetAsString(CTestCaseInfoTable::ParmValue, row, value);
-    table.SetAsString(CTestCaseInfoTable::ParmMsg, row, msg);
+    for (const auto& [field, text] : {std::pair{kFields[0], name}, {kFields[1], value}, {kFields[2], msg}})
+        table.SetAsString(field, row, text);
+}
+
+QString Globals(const QString& script)
+{
+    QString fun, parm;
+    return CTestCaseStore::LoadGlobals(script, fun, parm) ? fun + "|" + parm : QStringLiteral("<failed>");
 }
 
 } // namespace
@@ -39,17 +45,13 @@ protected:
 
 TEST_F(CTestCaseStoreTest, SanitizeReplacesDotsBackslashesAndDoubleSlashes)
 {
-    const struct
-    {
-        QString in;
-        QString out;
-    } cases[] = {
+    const struct { QString in, out; } cases[] = {
         {"a.b\\c//d", "a_b_c_d"}, {"a_b_c_d", "a_b_c_d"}, {"a/b", "a/b"}, {"a///b", "a_/b"}, {"a////b", "a__b"},
         {"通用脚本\\钢筋每米重量.js", "通用脚本_钢筋每米重量_js"}, {"..", "__"}, {"", ""},
     };
     for (const auto& c : cases)
         EXPECT_EQ(CTestCaseStore::SanitizeScriptName(c.in), c.out) << c.in.toStdString();
-    EXPECT_TRUE(CTestCaseStore::RootFolder().endsWith(QStringLiteral("脚本测试用例\\")));
+    EXPECT_TRUE(CTestCaseStore::RootFolder().endsWith("脚本测试用例\\"));
     EXPECT_EQ(CTestCaseStore::ScriptFolder("x.js"), HostContext::Instance().TestCaseRoot() + "\\x_js\\");
 }
 
@@ -57,11 +59,8 @@ TEST_F(CTestCaseStoreTest, NamesThatSanitizeAlikeShareOneFolder)
 {
     ASSERT_TRUE(CTestCaseStore::SaveGlobals("a.b\\c//d", "function f(){}", "var x = 1"));
     EXPECT_TRUE(CTestCaseStore::HasTestCases("a_b_c_d"));
-    QString fun, parm;
-    ASSERT_TRUE(CTestCaseStore::LoadGlobals("a_b_c_d", fun, parm));
-    EXPECT_EQ(fun, QStringLiteral("function f(){}"));
-    EXPECT_EQ(parm, QStringLiteral("var x = 1"));
-    EXPECT_TRUE(QFileInfo(HomeFile(QStringLiteral("脚本测试用例/a_b_c_d/GlobalFun.txt"))).isFile());
+    EXPECT_EQ(Globals("a_b_c_d"), "function f(){}|var x = 1");
+    EXPECT_TRUE(QFileInfo(HomeFile("脚本测试用例/a_b_c_d/GlobalFun.txt")).isFile());
 }
 
 TEST_F(CTestCaseStoreTest, GlobalsAreWrittenInTheCodePageAndReplaced)
@@ -72,25 +71,22 @@ TEST_F(CTestCaseStoreTest, GlobalsAreWrittenInTheCodePageAndReplaced)
     EXPECT_EQ(ReadBytes(StoreFile("梁.js", "GlobalFun.txt")), CodePage::FromUnicode(fun));
     EXPECT_EQ(ReadBytes(StoreFile("梁.js", "GlobalParm.txt")), CodePage::FromUnicode(parm));
     ASSERT_TRUE(CTestCaseStore::SaveGlobals("梁.js", "f2", "p2"));
-    QString loadedFun, loadedParm;
-    ASSERT_TRUE(CTestCaseStore::LoadGlobals("梁.js", loadedFun, loadedParm));
-    EXPECT_EQ(loadedFun + "|" + loadedParm, QStringLiteral("f2|p2"));
+    EXPECT_EQ(Globals("梁.js"), "f2|p2");
 }
 
 TEST_F(CTestCaseStoreTest, MissingGlobalFilesAndFoldersFail)
 {
-    QString fun, parm;
     for (const char* missing : {"GlobalParm.txt", "GlobalFun.txt"}) {
         ASSERT_TRUE(CTestCaseStore::SaveGlobals("s.js", "f", "p"));
         ASSERT_TRUE(QFile::remove(StoreFile("s.js", missing)));
-        EXPECT_FALSE(CTestCaseStore::LoadGlobals("s.js", fun, parm)) << missing;
+        EXPECT_EQ(Globals("s.js"), "<failed>") << missing;
     }
     // Only GlobalFun.txt makes a script count as having cases.
     WriteCase("c1.tx", "x=1;" + kSep);
     EXPECT_FALSE(CTestCaseStore::HasTestCases("s.js"));
     ASSERT_TRUE(WriteBytes(StoreFile("s.js", "GlobalFun.txt"), ""));
     EXPECT_TRUE(CTestCaseStore::HasTestCases("s.js"));
-    EXPECT_FALSE(CTestCaseStore::LoadGlobals("never.js", fun, parm));
+    EXPECT_EQ(Globals("never.js"), "<failed>");
     EXPECT_FALSE(CTestCaseStore::SaveGlobals("deep/er.js", "f", "p")); // one folder level only
     EXPECT_FALSE(CTestCaseStore::SaveTestCase("nofolder.js", "c.tx", "x", nullptr));
     ASSERT_TRUE(QDir(HostContext::Instance().TestCaseRoot()).removeRecursively());
@@ -102,23 +98,22 @@ TEST_F(CTestCaseStoreTest, CaseRoundTripKeepsTextAndTableExactly)
 {
     ASSERT_TRUE(CTestCaseStore::SaveGlobals("s.js", "", ""));
     CTestCaseInfoTable table;
-    AddRow(table, "W", "3.856", QStringLiteral("每米重量(kg/m)"));
+    AddRow(table, "W", "3.856", "每米重量(kg/m)");
     AddRow(table, "txt", "a \"q\" <b> & 'c'\r\nline2\nline3", "");
-    AddRow(table, QStringLiteral("长度"), "", QStringLiteral("空值"));
+    AddRow(table, "长度", "", "空值");
     const QString text = QStringLiteral("d = 25;\r\n// 注释 with @@@ and ###\r\n");
-    ASSERT_TRUE(CTestCaseStore::SaveTestCase("s.js", QStringLiteral("用例1.tx"), text, &table));
+    ASSERT_TRUE(CTestCaseStore::SaveTestCase("s.js", "用例1.tx", text, &table));
     QString xml;
     ASSERT_TRUE(table.SaveDataSetXMLBuf_NoDelete(xml));
-    EXPECT_EQ(ReadBytes(StoreFile("s.js", QStringLiteral("用例1.tx"))), CodePage::FromUnicode(text + kSep + xml));
+    EXPECT_EQ(ReadBytes(StoreFile("s.js", "用例1.tx")), CodePage::FromUnicode(text + kSep + xml));
 
     CTestCaseInfoTable back;
     QString backText;
-    ASSERT_TRUE(CTestCaseStore::LoadTestCase("s.js", QStringLiteral("用例1.tx"), backText, &back));
+    ASSERT_TRUE(CTestCaseStore::LoadTestCase("s.js", "用例1.tx", backText, &back));
     EXPECT_EQ(backText, text);
     ASSERT_EQ(back.GetRowCount(), 3);
     for (int row = 1; row <= 3; ++row)
-        for (const QString& field : {CTestCaseInfoTable::ParmName, CTestCaseInfoTable::ParmValue,
-                                     CTestCaseInfoTable::ParmMsg})
+        for (const QString& field : kFields)
             EXPECT_EQ(back.GetAsString(field, row), table.GetAsString(field, row)) << row;
 
     // Without a table the file ends at the separator and loads an empty one.
@@ -126,22 +121,16 @@ TEST_F(CTestCaseStoreTest, CaseRoundTripKeepsTextAndTableExactly)
     EXPECT_EQ(ReadBytes(StoreFile("s.js", "c.tx")), QByteArray("x = 1;@@@@@@######@@@@@"));
     CTestCaseInfoTable none;
     ASSERT_TRUE(CTestCaseStore::LoadTestCase("s.js", "c.tx", backText, &none));
-    EXPECT_EQ(backText, QStringLiteral("x = 1;"));
+    EXPECT_EQ(backText, "x = 1;");
     EXPECT_EQ(none.GetRowCount(), 0);
 }
 
 TEST_F(CTestCaseStoreTest, CaseFilesLoadOnlyWhenShortOrSplitInTwo)
 {
-    const struct
-    {
-        QString content;
-        bool ok;
-        QString text; // after loading into "before"
-    } cases[] = {
+    const struct { QString content; bool ok; QString text; /* after loading into "before" */ } cases[] = {
         // At most 17 characters: success with nothing loaded.
         {"", true, "before"}, {"x", true, "before"}, {QString(16, 'a'), true, "before"}, {kSep, true, "before"},
-        {QStringLiteral("用例用例用例用例用例用例用例用例用"), true, "before"},
-        {"x" + kSep, true, "x"}, {kSep + "y", true, ""},
+        {"用例用例用例用例用例用例用例用例用", true, "before"}, {"x" + kSep, true, "x"}, {kSep + "y", true, ""},
         {QString(18, 'a'), false, "before"},            // no separator
         {"a" + kSep + "b" + kSep + "c", false, "before"}, // separator twice
         {kSep + kSep, false, "before"},
@@ -155,7 +144,7 @@ TEST_F(CTestCaseStoreTest, CaseFilesLoadOnlyWhenShortOrSplitInTwo)
         EXPECT_EQ(CTestCaseStore::LoadTestCase("s.js", "c.tx", text, c.ok ? &table : nullptr), c.ok);
         EXPECT_EQ(text, c.text);
         if (c.content.size() <= 17) {
-            EXPECT_EQ(table.GetAsString(CTestCaseInfoTable::ParmName, 1), QStringLiteral("kept"));
+            EXPECT_EQ(table.GetAsString(CTestCaseInfoTable::ParmName, 1), "kept");
         }
     }
     QString text;
@@ -170,27 +159,25 @@ TEST_F(CTestCaseStoreTest, DamagedTableXmlLeavesTheTableEmptyNotHalfLoaded)
     QString xml;
     ASSERT_TRUE(good.SaveDataSetXMLBuf_NoDelete(xml));
     for (const QString& tablePart : {xml.left(xml.size() / 2), xml + "<", QString("<DataSet>"), QString("not xml")}) {
+        SCOPED_TRACE(tablePart.toStdString());
         WriteCase("c.tx", "x = 1;" + kSep + tablePart);
         QString text;
         CTestCaseInfoTable table;
         EXPECT_TRUE(CTestCaseStore::LoadTestCase("s.js", "c.tx", text, &table));
-        EXPECT_EQ(text, QStringLiteral("x = 1;"));
-        EXPECT_EQ(table.GetRowCount(), 0) << tablePart.toStdString();
+        EXPECT_EQ(text, "x = 1;");
+        EXPECT_EQ(table.GetRowCount(), 0);
     }
 }
 
 TEST_F(CTestCaseStoreTest, ListingGivesCaseFilesByNameAndDeleteWorksOnce)
 {
     ASSERT_TRUE(CTestCaseStore::SaveGlobals("s.js", "f", "p"));
-    for (const QString& name : QStringList{"b.tx", "a.tx", QStringLiteral("用例.tx"), "x.txt", "y.tx.bak", "z.TX"})
+    for (const QString& name : QStringList{"b.tx", "a.tx", "用例.tx", "x.txt", "y.tx.bak", "z.TX"})
         WriteCase(name, "v=1;" + kSep);
     CArray<QString> names;
     names.Add("stale");
     ASSERT_TRUE(CTestCaseStore::ListTestCases("s.js", names));
-    QStringList listed;
-    for (const QString& name : names)
-        listed << name;
-    EXPECT_EQ(listed, QStringList({"a.tx", "b.tx", QStringLiteral("用例.tx")}));
+    EXPECT_EQ(QStringList(names.begin(), names.end()), QStringList({"a.tx", "b.tx", "用例.tx"}));
 
     EXPECT_TRUE(CTestCaseStore::DeleteTestCase("s.js", "a.tx"));
     EXPECT_FALSE(CTestCaseStore::TestCaseExists("s.js", "a.tx"));

@@ -4,11 +4,6 @@
 #include <sys/types.h>
 #include <unistd.h>
 
-ExternalProcess::~ExternalProcess()
-{
-    Stop();
-}
-
 bool ExternalProcess::Start(const QString& program, const QStringList& arguments)
 {
     m_process.setProcessChannelMode(QProcess::MergedChannels);
@@ -24,19 +19,12 @@ bool ExternalProcess::Start(const QString& program, const QStringList& arguments
 
 bool ExternalProcess::WaitForExit(int timeoutMs)
 {
-    return m_process.state() == QProcess::NotRunning || m_process.waitForFinished(timeoutMs);
-}
-
-QByteArray ExternalProcess::Output()
-{
-    m_output += m_process.readAll();
-    return m_output;
+    return !IsRunning() || m_process.waitForFinished(timeoutMs);
 }
 
 void ExternalProcess::SignalGroup(int signal) const
 {
-    // The group's id is the program's own id (setpgid above).
-    if (m_pid > 0)
+    if (m_pid > 0) // the group's id is the program's own id (setpgid above)
         ::kill(-static_cast<pid_t>(m_pid), signal);
 }
 
@@ -51,8 +39,7 @@ void ExternalProcess::Stop()
             m_process.waitForFinished(5000);
         }
     }
-    // Children that outlived the program itself.
-    SignalGroup(SIGKILL);
+    SignalGroup(SIGKILL); // children that outlived the program itself
     Output();
     m_pid = 0;
 }

@@ -3,29 +3,23 @@
 #include <QString>
 #include <QStringList>
 
-// A helper program a test starts (coverage server, browser): run in a process
-// group of its own so that stopping it by its id also ends whatever it
-// spawned, and always stopped when the object goes, even after a failed
-// assertion.
+// A helper program a test starts (coverage server, browser), in a process group
+// of its own so that stopping it ends whatever it spawned; stopped when the
+// object goes, even after a failed assertion.
 class ExternalProcess
 {
 public:
     ExternalProcess() = default;
-    ~ExternalProcess();
+    ~ExternalProcess() { Stop(); }
     ExternalProcess(const ExternalProcess&) = delete;
     ExternalProcess& operator=(const ExternalProcess&) = delete;
 
-    // False (with the reason in Error()) when the program does not start.
-    bool Start(const QString& program, const QStringList& arguments);
-    // Waits for the program to end by itself; false on timeout.
+    bool Start(const QString& program, const QStringList& arguments); // false with the reason in Error()
     bool WaitForExit(int timeoutMs);
-    // Ends the whole group: a polite request first, then a kill.
-    void Stop();
-
+    void Stop(); // SIGTERM to the group, then SIGKILL
     bool IsRunning() const { return m_process.state() != QProcess::NotRunning; }
     QString Error() const { return m_error; }
-    // Everything the program wrote so far (stdout and stderr merged).
-    QByteArray Output();
+    QByteArray Output() { return m_output += m_process.readAll(); } // stdout and stderr merged
 
 private:
     void SignalGroup(int signal) const;

@@ -1,4 +1,5 @@
 #pragma once
+#include "COutPutTextTable.h"
 #include "CTestCaseInfoTable.h"
 #include "CTestJavaScriptService.h"
 #include "CodePage.h"
@@ -10,52 +11,63 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+// One expected output of a case: its name and stored value.
+struct Expect
+{
+    QString name;
+    QString value;
+};
+
+inline void Fill(CTestCaseInfoTable& table, const QList<Expect>& rows)
+{
+    for (const Expect& e : rows) {
+        const int row = table.InsertRow(0);
+        table.SetAsString(CTestCaseInfoTable::ParmName, row, e.name);
+        table.SetAsString(CTestCaseInfoTable::ParmValue, row, e.value);
+    }
+}
+
 // Shared by the runner tests: seeding a script's cases into the store and
 // reading the result file back with its time stamps masked.
 class RunnerTest : public TempHomeTest
 {
 protected:
-    struct Expect
-    {
-        QString name;
-        QString value;
-    };
-
     static void SeedGlobals(const QString& script, const QString& fun = {}, const QString& parm = {})
     {
         ASSERT_TRUE(CTestCaseStore::SaveGlobals(script, fun, parm));
     }
 
-    static void SeedCase(const QString& script, const QString& caseName, const QString& text,
-                         const QList<Expect>& rows)
+    static void SeedCase(const QString& script, const QString& caseName, const QString& text, const QList<Expect>& rows)
     {
         CTestCaseInfoTable table;
-        for (const Expect& e : rows) {
-            const int row = table.InsertRow(0);
-            table.SetAsString(CTestCaseInfoTable::ParmName, row, e.name);
-            table.SetAsString(CTestCaseInfoTable::ParmValue, row, e.value);
-        }
+        Fill(table, rows);
         ASSERT_TRUE(CTestCaseStore::SaveTestCase(script, caseName, text, &table));
     }
 
     // The result file with every leading "y.m.d h:m:s..." replaced by "T...".
     static QString Masked(const CTestJavaScriptService& service)
     {
+        static const QRegularExpression stamp(
+            QStringLiteral("(^|\\r\\n)\\d{4}\\.\\d{1,2}\\.\\d{1,2} \\d{1,2}:\\d{1,2}:\\d{1,2}\\.\\.\\."));
         QString text;
         QxMfc::Fun::File2CString(service.GetResultFileName(), text);
-        return MaskStamps(text);
+        return text.replace(stamp, "\\1T...");
     }
 
-    static QString MaskStamps(QString text)
+    // The comparison table printed under a mismatch: name, stored and new value per row.
+    static QString PrintedTable(const QList<QStringList>& rows)
     {
-        static const QRegularExpression stamp(QStringLiteral("(^|\\r\\n)\\d{4}\\.\\d{1,2}\\.\\d{1,2} "
-                                                             "\\d{1,2}:\\d{1,2}:\\d{1,2}\\.\\.\\."));
-        return text.replace(stamp, QStringLiteral("\\1T..."));
+        COutPutTextTable table;
+        for (const char* title : {"ParmName", "ParmValue", "NewParmValue"})
+            table.AddTextNode(title);
+        for (const QStringList& row : rows)
+            for (const QString& cell : row)
+                table.AddNodeValue(cell);
+        return table.ToText();
     }
 
     static QString Line(const QString& script, const QString& caseName, const QString& message)
     {
-        return QStringLiteral("T...脚本(") + script + QStringLiteral(")检测测试(") + caseName
-               + QStringLiteral(")发现错误:") + message + QStringLiteral(" \r\n");
+        return "T...脚本(" + script + ")检测测试(" + caseName + ")发现错误:" + message + " \r\n";
     }
 };
