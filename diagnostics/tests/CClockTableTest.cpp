@@ -7,16 +7,8 @@
 
 namespace {
 
-// One step of a clock scenario: start ('S', with its label), stop ('T') or
-// clear all ('C'), then move the tick counter on by `advance` milliseconds.
-struct Step
-{
-    char op;
-    quint32 id;
-    const char* label;
-    quint32 advance;
-};
-
+// Start ('S', with its label), stop ('T') or clear all ('C'), then move the tick counter on by `advance` ms.
+struct Step { char op; quint32 id; const char* label; quint32 advance; };
 constexpr quint32 kAbsent = 0xDEADBEEF;
 
 } // namespace
@@ -39,12 +31,8 @@ protected:
     void Run(const std::vector<Step>& steps)
     {
         for (const Step& s : steps) {
-            if (s.op == 'S')
-                QXCommon::StartClock(s.id, QString::fromUtf8(s.label));
-            else if (s.op == 'T')
-                QXCommon::StopClock(s.id);
-            else
-                QXCommon::ClearClocks();
+            s.op == 'S' ? QXCommon::StartClock(s.id, QString::fromUtf8(s.label))
+                        : s.op == 'T' ? QXCommon::StopClock(s.id) : QXCommon::ClearClocks();
             m_now += s.advance;
         }
     }
@@ -55,23 +43,15 @@ protected:
 
 TEST_F(CClockTableTest, ScenariosGiveSumLabelAndCount)
 {
-    const struct
-    {
-        const char* what;
-        quint32 start;
-        std::vector<Step> steps;
-        quint32 id, sum;
-        const char* label;
-        int count;
-    } cases[] = {
+    const struct { const char* what; quint32 start; std::vector<Step> steps; quint32 id, sum; const char* label; int count; }
+        cases[] = {
         {"a stopped clock gains nothing until restarted", 1000,
          {{'S', 7, "run", 25}, {'T', 7, "", 100}, {'S', 7, "", 5}, {'T', 7, "", 0}}, 7, 30, "run", 1},
-        {"a second stop adds since the same start again", 1000,
-         {{'S', 1, "a", 10}, {'T', 1, "", 10}, {'T', 1, "", 0}}, 1, 30, "a", 1},
+        {"a second stop adds since the same start again", 1000, {{'S', 1, "a", 10}, {'T', 1, "", 10}, {'T', 1, "", 0}},
+         1, 30, "a", 1},
         {"a restart keeps the sum, starts anew and an empty label keeps the old", 1000,
          {{'S', 2, "old", 3}, {'T', 2, "", 50}, {'S', 2, "", 4}, {'T', 2, "", 0}}, 2, 7, "old", 1},
-        {"a restart with a label replaces it", 1000, {{'S', 2, "old", 3}, {'T', 2, "", 0}, {'S', 2, "新", 0}}, 2, 3,
-         "新", 1},
+        {"a restart with a label replaces it", 1000, {{'S', 2, "old", 3}, {'T', 2, "", 0}, {'S', 2, "新", 0}}, 2, 3, "新", 1},
         {"the tick counter wraps", 0xFFFFFFF0u, {{'S', 3, "wrap", 0x20}, {'T', 3, "", 0}}, 3, 0x20, "wrap", 1},
         {"stopping an unknown id makes nothing", 1000, {{'T', 99, "", 0}}, 99, kAbsent, "", 0},
         {"clear forgets every clock", 1000, {{'S', 1, "a", 0}, {'S', 2, "b", 0}, {'C', 0, "", 5}, {'T', 1, "", 0}}, 1,
@@ -86,8 +66,7 @@ TEST_F(CClockTableTest, ScenariosGiveSumLabelAndCount)
         Run(c.steps);
         const auto* clock = CClockTable::Instance().Find(c.id);
         EXPECT_EQ(clock ? clock->sum : kAbsent, c.sum);
-        if (clock)
-            EXPECT_EQ(clock->label, QString::fromUtf8(c.label));
+        EXPECT_EQ(clock ? clock->label : QString(), QString::fromUtf8(c.label));
         EXPECT_EQ(CClockTable::Instance().Count(), c.count);
     }
 }

@@ -12,16 +12,11 @@ class CDiagnosticLogTest : public TempHomeTest
 protected:
     static QString SysFile(const QString& name) { return HostContext::Instance().SysDataPath() + QLatin1Char('/') + name; }
     static QString DriveC(const QString& name) { return HostContext::Instance().DriveRoot(QLatin1Char('C')) + '/' + name; }
-    static QByteArray Gbk(const QString& text) { return CodePage::FromUnicode(text, "GBK"); }
 };
 
 TEST(CDiagnosticLogStampTest, StampsHaveTheExactForm)
 {
-    const struct
-    {
-        QDateTime time;
-        const char* stamp;
-    } cases[] = {
+    const struct { QDateTime time; const char* stamp; } cases[] = {
         {QDateTime(QDate(2024, 3, 5), QTime(9, 7)), "2024.3.05  09:07\r\n"},
         {QDateTime(QDate(2024, 12, 31), QTime(23, 59, 59)), "2024.12.31  23:59\r\n"},
         {QDateTime(QDate(2025, 1, 1), QTime(0, 0)), "2025.1.01  00:00\r\n"},
@@ -63,10 +58,10 @@ TEST_F(CDiagnosticLogTest, AnalyseAndTimeLogsAppendAStampedMessage)
     // The minute may turn between the calls; any split of the writes over the two stamps is right.
     QList<QByteArray> analyse, time;
     for (const QDateTime& first : {before, after}) {
-        time << Gbk(CDiagnosticLog::TimeStamp(first) + QStringLiteral("step one\r\n"));
+        time << CodePage::FromUnicode(CDiagnosticLog::TimeStamp(first) + QStringLiteral("step one\r\n"), "GBK");
         for (const QDateTime& second : {before, after})
-            analyse << Gbk(CDiagnosticLog::AnalyseHeader(first) + QStringLiteral("计算完成")
-                           + CDiagnosticLog::AnalyseHeader(second) + QStringLiteral("second"));
+            analyse << CodePage::FromUnicode(CDiagnosticLog::AnalyseHeader(first) + QStringLiteral("计算完成")
+                                                 + CDiagnosticLog::AnalyseHeader(second) + QStringLiteral("second"), "GBK");
     }
     const QByteArray analyseBytes = ReadBytes(SysFile(QStringLiteral("CalAnalyse.log")));
     EXPECT_TRUE(analyse.contains(analyseBytes)) << analyseBytes.toStdString();
@@ -76,18 +71,15 @@ TEST_F(CDiagnosticLogTest, AnalyseAndTimeLogsAppendAStampedMessage)
 
 TEST_F(CDiagnosticLogTest, LogFileNamesAndSessionLogDeletion)
 {
-    const QString sys = HostContext::Instance().SysDataPath();
-    EXPECT_EQ(CDiagnosticLog::CalAnalyseLogPath(), sys + QStringLiteral("\\CalAnalyse.log"));
-    EXPECT_EQ(CDiagnosticLog::MacroListLogPath(), sys + QStringLiteral("\\macrolist.log"));
-    EXPECT_EQ(CDiagnosticLog::MacLogPath(), sys + QStringLiteral("\\mac.log"));
-    EXPECT_EQ(CDiagnosticLog::JiaobenLogPath(), sys + QStringLiteral("\\jiaoben.log"));
-    EXPECT_EQ(CDiagnosticLog::AllParmLogPath(), sys + QStringLiteral("\\AllParm.log"));
+    const std::pair<QString, const char*> paths[] = {
+        {CDiagnosticLog::CalAnalyseLogPath(), "CalAnalyse.log"}, {CDiagnosticLog::MacroListLogPath(), "macrolist.log"},
+        {CDiagnosticLog::MacLogPath(), "mac.log"}, {CDiagnosticLog::JiaobenLogPath(), "jiaoben.log"},
+        {CDiagnosticLog::AllParmLogPath(), "AllParm.log"}};
+    for (const auto& [path, name] : paths)
+        EXPECT_EQ(path, HostContext::Instance().SysDataPath() + QLatin1Char('\\') + QLatin1String(name));
     EXPECT_EQ(CDiagnosticLog::VelmoraLogPath(), QStringLiteral("C:\\Velmora.log"));
-    const struct
-    {
-        const char* name;
-        bool kept;
-    } logs[] = {{"mac.log", false}, {"jiaoben.log", false}, {"CalAnalyse.log", true}, {"macrolist.log", true}};
+    const struct { const char* name; bool kept; } logs[] = {
+        {"mac.log", false}, {"jiaoben.log", false}, {"CalAnalyse.log", true}, {"macrolist.log", true}};
     for (const auto& log : logs)
         ASSERT_TRUE(WriteBytes(SysFile(QString::fromLatin1(log.name)), "x"));
     CDiagnosticLog::DeleteSessionLogs();

@@ -5,22 +5,11 @@
 
 TEST(CParmTest, DeclarationQuotesOnlyTypeZeroAndEscapesNothing)
 {
-    struct Case
-    {
-        const char* name;
-        const char* value;
-        int type;
-        const char* expected;
+    const struct { const char* name; const char* value; int type; const char* expected; } cases[] = {
+        {"a", "1", 1, "var a = 1;"}, {"a", "1", 0, "var a = \"1\";"}, {"a", "", 3, "var a = ;"},
+        {"s", "x\"y", 0, "var s = \"x\"y\";"}, {"n", "-2", -1, "var n = -2;"}, {"中", "文", 0, "var 中 = \"文\";"},
     };
-    const Case cases[] = {
-        {"a", "1", 1, "var a = 1;"},
-        {"a", "1", 0, "var a = \"1\";"},
-        {"a", "", 3, "var a = ;"},
-        {"s", "x\"y", 0, "var s = \"x\"y\";"},
-        {"n", "-2", -1, "var n = -2;"},
-        {"中", "文", 0, "var 中 = \"文\";"},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         const CParm parm(QString::fromUtf8(c.name), QString::fromUtf8(c.value), c.type);
         EXPECT_EQ(parm.GetJsDeclaration(), QString::fromUtf8(c.expected)) << c.expected;
     }
@@ -62,29 +51,22 @@ TEST(CParmsTest, KeepsOrderAndGivesStablePointers)
     EXPECT_EQ(constArray[101]->GetParmName(), QStringLiteral("Z"));
 }
 
-TEST(CParmsTest, FindIsExactAndTakesTheFirstOfRepeatedNames)
+TEST(CParmsTest, FindIsExactMacroJoinsDeclarationsAndCopyIsDeep)
 {
     CParms parms;
-    parms.AddParm(QStringLiteral("W"), QStringLiteral("first"), 1);
-    parms.AddParm(QStringLiteral("W"), QStringLiteral("second"), 1);
-    parms.AddParm(QStringLiteral("w"), QStringLiteral("lower"), 1);
-    EXPECT_EQ(parms.GetCount(), 3);
-    EXPECT_EQ(parms.FindParm(QStringLiteral("W"))->GetParmValue(), QStringLiteral("first"));
+    const struct { const char* name; const char* value; int type; } added[] = {
+        {"L", "1200", 1}, {"W", "first", 0}, {"W", "second", 1}, {"w", "lower", 1}};
+    for (const auto& a : added)
+        parms.AddParm(QString::fromLatin1(a.name), QString::fromLatin1(a.value), a.type);
+    EXPECT_EQ(parms.GetParmMacro(), QStringLiteral("var L = 1200;\r\nvar W = \"first\";\r\nvar W = second;\r\nvar w = lower;\r\n"));
+    EXPECT_EQ(parms.FindParm(QStringLiteral("W"))->GetParmValue(), QStringLiteral("first")); // the first of repeated names
     EXPECT_EQ(parms.FindParm(QStringLiteral("w"))->GetParmValue(), QStringLiteral("lower"));
     EXPECT_EQ(parms.FindParm(QStringLiteral(" W")), nullptr);
     EXPECT_EQ(std::as_const(parms).FindParm(QStringLiteral("W")), parms.FindParm(QStringLiteral("W")));
-}
-
-TEST(CParmsTest, MacroJoinsDeclarationsAndCopyIsDeep)
-{
-    CParms parms;
-    parms.AddParm(QStringLiteral("L"), QStringLiteral("1200"), 1);
-    parms.AddParm(QStringLiteral("name"), QStringLiteral("HRB400"), 0);
-    EXPECT_EQ(parms.GetParmMacro(), QStringLiteral("var L = 1200;\r\nvar name = \"HRB400\";\r\n"));
     CParms copy(parms);
     copy.FindParm(QStringLiteral("L"))->SetParmValue(QStringLiteral("2"));
     EXPECT_EQ(parms.FindParm(QStringLiteral("L"))->GetParmValue(), QStringLiteral("1200"));
     parms.RemoveAll();
     EXPECT_EQ(parms.GetCount(), 0);
-    EXPECT_EQ(copy.GetCount(), 2);
+    EXPECT_EQ(copy.GetCount(), 4);
 }

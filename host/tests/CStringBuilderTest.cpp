@@ -26,17 +26,16 @@ TEST(CStringBuilderTest, AppendsInOrderWithAnyGrowthAndClears)
 TEST(CLargeStringBuilderTest, JoinsAcrossChunkBoundaries)
 {
     // Small chunks so that pieces land exactly on, just before and past a boundary.
+    const QString pieces[] = {QString(15, u'a'), QStringLiteral("b"), QString(40, u'c'), QStringLiteral("脚本"),
+                              QString(), QString(16, u'd'), QStringLiteral("\r\n")};
     for (qsizetype chunk : {16, 17, 64, 65536}) {
         CLarge_StringBuilder builder(chunk);
         QString expected;
-        const QString pieces[] = {QString(15, u'a'), QStringLiteral("b"), QString(40, u'c'), QStringLiteral("脚本"),
-                                  QString(), QString(16, u'd'), QStringLiteral("\r\n")};
-        for (int round = 0; round < 20; ++round) {
+        for (int round = 0; round < 20; ++round)
             for (const QString& piece : pieces) {
                 builder.Append(piece);
                 expected += piece;
             }
-        }
         builder.Append(u"//***");
         expected += QStringLiteral("//***");
         EXPECT_EQ(builder.GetLength(), expected.size());

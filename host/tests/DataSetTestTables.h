@@ -3,6 +3,7 @@
 #include "NDataModelDataSet.h"
 
 #include <gtest/gtest.h>
+#include <utility>
 
 // The shape of a test case table: four fields declared lazily, a table name.
 class CaseTable : public NDataModelDataSet
@@ -12,10 +13,9 @@ public:
     int CreateFields() override
     {
         ++created;
-        AddField(QStringLiteral("ParmMode"), FT_Integer);
-        AddField(QStringLiteral("ParmName"), FT_LongString);
-        AddField(QStringLiteral("ParmValue"), FT_LongString);
-        AddField(QStringLiteral("ParmMsg"), FT_LongString);
+        for (const auto& [name, type] : {std::pair{"ParmMode", FT_Integer}, {"ParmName", FT_LongString},
+                                         {"ParmValue", FT_LongString}, {"ParmMsg", FT_LongString}})
+            AddField(QString::fromLatin1(name), type);
         SetTableName(QStringLiteral("TestCase"));
         return GetFieldCount();
     }

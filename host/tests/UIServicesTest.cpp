@@ -4,9 +4,7 @@
 
 #include <cstdio>
 
-class UIServicesTest : public TempHomeTest
-{
-};
+using UIServicesTest = TempHomeTest;
 
 TEST_F(UIServicesTest, MessageBoxIsRecordedWithExactTextCaptionAndStyle)
 {
