@@ -8,20 +8,28 @@
 #include <QProcess>
 #include <QRegularExpression>
 
+namespace {
+
+QRegularExpressionMatch MatchLine(const QString& pattern, const QString& text)
+{
+    return QRegularExpression(pattern, QRegularExpression::MultilineOption).match(text);
+}
+
+} // namespace
+
 CliFixture::Outcome CliFixture::Run(QStringList args, const QProcessEnvironment& extra)
 {
-    if (!args.contains(QStringLiteral("--home")))
-        args << QStringLiteral("--home") << Home();
+    if (!args.contains("--home"))
+        args << "--home" << Home();
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    for (const QString& key : env.keys()) {
-        if (key.startsWith(QStringLiteral("VELMORA_")))
+    for (const QString& key : env.keys())
+        if (key.startsWith("VELMORA_"))
             env.remove(key);
-    }
     for (const QString& key : extra.keys())
         env.insert(key, extra.value(key));
     QProcess process;
     process.setProcessEnvironment(env);
-    process.start(QStringLiteral(VELMORA_TEST_BINARY), args);
+    process.start(VELMORA_TEST_BINARY, args);
     Outcome outcome;
     if (!process.waitForStarted(10000))
         return outcome;
@@ -38,24 +46,20 @@ CliFixture::Outcome CliFixture::Run(QStringList args, const QProcessEnvironment&
 
 void CliFixture::Seed()
 {
-    const Outcome first = Run({QStringLiteral("--quiet")});
+    const Outcome first = Run({"--quiet"});
     ASSERT_TRUE(first.finished);
     ASSERT_EQ(first.exitCode, 0) << first.out.toStdString() << first.err.toStdString();
 }
 
 QString CliFixture::ResultPath(const Outcome& outcome)
 {
-    const QRegularExpression line(QStringLiteral("^result file: (/.*)$"), QRegularExpression::MultilineOption);
-    const QRegularExpressionMatch match = line.match(outcome.out);
-    return match.hasMatch() ? match.captured(1) : QString();
+    return MatchLine("^result file: (/.*)$", outcome.out).captured(1);
 }
 
 QStringList CliFixture::ResultLines(const Outcome& outcome)
 {
     const QString path = ResultPath(outcome);
-    if (path.isEmpty())
-        return {};
-    QStringList lines = CodePage::ToUnicode(ReadBytes(path)).split(QStringLiteral("\r\n"));
+    QStringList lines = path.isEmpty() ? QStringList() : CodePage::ToUnicode(ReadBytes(path)).split("\r\n");
     if (!lines.isEmpty() && lines.last().isEmpty())
         lines.removeLast();
     return lines;
@@ -63,17 +67,14 @@ QStringList CliFixture::ResultLines(const Outcome& outcome)
 
 QString CliFixture::WithoutStamp(const QString& line)
 {
-    const int dots = int(line.indexOf(QStringLiteral("...脚本(")));
+    const int dots = int(line.indexOf("...脚本("));
     return dots < 0 ? line : line.mid(dots);
 }
 
 std::pair<int, int> CliFixture::Counts(const Outcome& outcome)
 {
-    const QRegularExpression line(QStringLiteral("^(\\d+) passed, (\\d+) failed$"), QRegularExpression::MultilineOption);
-    const QRegularExpressionMatch match = line.match(outcome.out);
-    if (!match.hasMatch())
-        return {-1, -1};
-    return {match.captured(1).toInt(), match.captured(2).toInt()};
+    const QRegularExpressionMatch match = MatchLine("^(\\d+) passed, (\\d+) failed$", outcome.out);
+    return match.hasMatch() ? std::pair{match.captured(1).toInt(), match.captured(2).toInt()} : std::pair{-1, -1};
 }
 
 const QList<CSampleScripts::Script>& CliFixture::Samples()
@@ -112,12 +113,12 @@ void CliFixture::SetExpected(const QString& script, const QString& caseName, con
 void CliFixture::AddScript(const QString& key, const QString& text, const QString& caseText, const QStringList& outputs)
 {
     ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent(key, text));
-    ASSERT_TRUE(CTestCaseStore::SaveGlobals(key, QStringLiteral("function One() { return 1; }"), QStringLiteral("var a = 1 ////a")));
+    ASSERT_TRUE(CTestCaseStore::SaveGlobals(key, "function One() { return 1; }", "var a = 1 ////a"));
     CTestCaseInfoTable table;
     for (const QString& output : outputs) {
         const int row = table.InsertRow(0);
         table.SetAsString(CTestCaseInfoTable::ParmName, row, output);
-        table.SetAsString(CTestCaseInfoTable::ParmValue, row, QStringLiteral("1"));
+        table.SetAsString(CTestCaseInfoTable::ParmValue, row, "1");
     }
-    ASSERT_TRUE(CTestCaseStore::SaveTestCase(key, QStringLiteral("one.tx"), caseText, &table));
+    ASSERT_TRUE(CTestCaseStore::SaveTestCase(key, "one.tx", caseText, &table));
 }

@@ -7,9 +7,7 @@
 #include <QDomDocument>
 #include <QRegularExpression>
 
-class CliRunTest : public CliFixture
-{
-};
+using CliRunTest = CliFixture;
 
 TEST_F(CliRunTest, FirstRunSeedsTheHomeAndEverySamplePasses)
 {
@@ -19,28 +17,26 @@ TEST_F(CliRunTest, FirstRunSeedsTheHomeAndEverySamplePasses)
     const int cases = SampleCaseCount();
     ASSERT_GT(cases, 16);
     EXPECT_EQ(Counts(run), std::make_pair(cases, 0));
-    EXPECT_TRUE(run.err.contains(QStringLiteral("seeded ")));
-    EXPECT_TRUE(run.err.contains(QStringLiteral("开始测试脚本:"))); // the progress bar
-    EXPECT_FALSE(run.err.contains(QStringLiteral("测试出现失败！")));
-
-    const QString path = ResultPath(run);
-    EXPECT_TRUE(path.startsWith(Home() + QStringLiteral("/drives/c/测试脚本结果"))) << path.toStdString();
+    EXPECT_TRUE(run.err.contains("seeded "));
+    EXPECT_TRUE(run.err.contains("开始测试脚本:")); // the progress bar
+    EXPECT_FALSE(run.err.contains("测试出现失败！"));
+    EXPECT_TRUE(ResultPath(run).startsWith(Home() + "/drives/c/测试脚本结果")) << ResultPath(run).toStdString();
     const QStringList lines = ResultLines(run);
     ASSERT_EQ(lines.size(), 2 * cases);
-    EXPECT_EQ(lines.filter(QStringLiteral("发现错误:测试通过! ")).size(), cases);
-    EXPECT_EQ(lines.filter(QStringLiteral("发现错误:计算结果一致! ")).size(), cases);
+    EXPECT_EQ(lines.filter("发现错误:测试通过! ").size(), cases);
+    EXPECT_EQ(lines.filter("发现错误:计算结果一致! ").size(), cases);
     for (const QString& line : lines)
-        EXPECT_TRUE(WithoutStamp(line).startsWith(QStringLiteral("...脚本("))) << line.toStdString();
+        EXPECT_TRUE(WithoutStamp(line).startsWith("...脚本(")) << line.toStdString();
 
     // A seeded home is not seeded again; --script runs that script alone.
-    const QString script = SampleKey(3);
-    const Outcome one = Run({QStringLiteral("--script"), script, QStringLiteral("--quiet")});
+    const QString script = Samples().at(3).keyCh;
+    const Outcome one = Run({"--script", script, "--quiet"});
     EXPECT_EQ(one.exitCode, 0);
     EXPECT_TRUE(one.err.isEmpty()) << one.err.toStdString();
-    EXPECT_TRUE(one.out.contains(QStringLiteral("velmora-test: 1 scripts")));
+    EXPECT_TRUE(one.out.contains("velmora-test: 1 scripts"));
     const QStringList oneLines = ResultLines(one);
     EXPECT_EQ(oneLines.size(), 2 * Samples().at(3).cases.size());
-    EXPECT_EQ(oneLines.filter(QStringLiteral("脚本(") + script + QStringLiteral(")")).size(), oneLines.size());
+    EXPECT_EQ(oneLines.filter("脚本(" + script + ")").size(), oneLines.size());
 }
 
 // A mismatch, an engine error, a script without cases and one that never
@@ -49,70 +45,64 @@ TEST_F(CliRunTest, FirstRunSeedsTheHomeAndEverySamplePasses)
 TEST_F(CliRunTest, FaultsFailTheRunAndEveryJobCountWritesTheSameFile)
 {
     Seed();
-    const QString sample = SampleKey(0);
-    SetExpected(sample, QStringLiteral("直径25.tx"), QStringLiteral("W"), QStringLiteral("3.9"));
-    AddScript(QStringLiteral("梁\\坏脚本.js"), QStringLiteral("var x = ;"), QStringLiteral("a = 2;"), {QStringLiteral("x")});
-    AddScript(QStringLiteral("梁\\死循环.js"), QStringLiteral("while (true) {}"), QString(), {QStringLiteral("a")});
-    const QString uncased = SampleKey(2);
+    const QString sample = Samples().at(0).keyCh, uncased = Samples().at(2).keyCh;
+    SetExpected(sample, "直径25.tx", "W", "3.9");
+    AddScript("梁\\坏脚本.js", "var x = ;", "a = 2;", {"x"});
+    AddScript("梁\\死循环.js", "while (true) {}", QString(), {"a"});
     ASSERT_TRUE(QDir(NativePath::Map(CTestCaseStore::ScriptFolder(uncased))).removeRecursively());
     const int passed = SampleCaseCount() - int(Samples().at(2).cases.size()) - 1;
 
     QStringList reference;
-    for (const char* jobs : {"1", "3"}) {
-        SCOPED_TRACE(jobs);
-        const QString junit = HomeFile(QStringLiteral("junit%1.xml").arg(jobs));
-        const Outcome run = Run({QStringLiteral("--quiet"), QStringLiteral("--jobs"), QLatin1String(jobs),
-                                 QStringLiteral("--timeout"), QStringLiteral("300"), QStringLiteral("--junit"), junit});
+    for (const QString jobs : {"1", "3"}) {
+        SCOPED_TRACE(jobs.toStdString());
+        const QString junit = HomeFile("junit" + jobs + ".xml");
+        const Outcome run = Run({"--quiet", "--jobs", jobs, "--timeout", "300", "--junit", junit});
         ASSERT_TRUE(run.finished);
         EXPECT_EQ(run.exitCode, 1);
         EXPECT_EQ(Counts(run), std::make_pair(passed, 4));
-        EXPECT_TRUE(run.err.contains(QStringLiteral("测试出现失败！")));
-        EXPECT_TRUE(run.out.contains(QStringLiteral("FAILED ") + sample + QStringLiteral(" / 直径25.tx: 计算结果不一致!")));
-        EXPECT_TRUE(run.out.contains(QStringLiteral("junit file: ") + junit));
+        EXPECT_TRUE(run.err.contains("测试出现失败！"));
+        EXPECT_TRUE(run.out.contains("FAILED " + sample + " / 直径25.tx: 计算结果不一致!"));
+        EXPECT_TRUE(run.out.contains("junit file: " + junit));
 
         const QStringList lines = ResultLines(run);
-        const int at = int(lines.indexOf(QRegularExpression(QStringLiteral(".*\\(直径25\\.tx\\)发现错误:计算结果不一致! $"))));
+        const int at = int(lines.indexOf(QRegularExpression(".*\\(直径25\\.tx\\)发现错误:计算结果不一致! $")));
         ASSERT_GE(at, 0);
         ASSERT_GT(lines.size(), at + 3);
-        const QString table = lines.mid(at + 1, 5).join(QLatin1Char('\n'));
+        const QString table = lines.mid(at + 1, 5).join('\n');
         for (const char* cell : {"NewParmValue", "3.9", "3.856"})
-            EXPECT_TRUE(table.contains(QLatin1String(cell))) << cell;
-        EXPECT_EQ(lines.filter(QStringLiteral("测试通过!")).size(), passed);
-        const QStringList engine = lines.filter(QStringLiteral("脚本(梁\\坏脚本.js)检测测试(one.tx)发现错误:"));
+            EXPECT_TRUE(table.contains(cell)) << cell;
+        EXPECT_EQ(lines.filter("测试通过!").size(), passed);
+        const QStringList engine = lines.filter("脚本(梁\\坏脚本.js)检测测试(one.tx)发现错误:");
         ASSERT_EQ(engine.size(), 1);
-        EXPECT_TRUE(engine[0].contains(QStringLiteral("Error")) && engine[0].contains(QStringLiteral("; in line ")))
-            << engine[0].toStdString();
-        EXPECT_EQ(lines.filter(QStringLiteral("脚本(") + uncased + QStringLiteral(")检测测试()发现错误:没有测试用例! ")).size(), 1);
-        const QStringList hang = lines.filter(QStringLiteral("脚本(梁\\死循环.js)检测测试(one.tx)发现错误:"));
+        EXPECT_TRUE(engine[0].contains("Error") && engine[0].contains("; in line ")) << engine[0].toStdString();
+        EXPECT_EQ(lines.filter("脚本(" + uncased + ")检测测试()发现错误:没有测试用例! ").size(), 1);
+        const QStringList hang = lines.filter("脚本(梁\\死循环.js)检测测试(one.tx)发现错误:");
         ASSERT_EQ(hang.size(), 1);
-        EXPECT_FALSE(hang[0].contains(QStringLiteral("测试通过!")));
-
+        EXPECT_FALSE(hang[0].contains("测试通过!"));
         QStringList unstamped;
         for (const QString& line : lines)
             unstamped << WithoutStamp(line);
         if (reference.isEmpty())
             reference = unstamped;
-        else
-            EXPECT_EQ(unstamped, reference);
+        EXPECT_EQ(unstamped, reference);
 
         // The JUnit file parses back: one test per case, script-level ones included.
         QDomDocument doc;
         ASSERT_TRUE(doc.setContent(ReadBytes(junit)));
         const QDomElement root = doc.documentElement();
-        EXPECT_EQ(root.attribute(QStringLiteral("tests")).toInt(), passed + 4);
-        EXPECT_EQ(root.attribute(QStringLiteral("failures")).toInt(), 4);
-        const QDomNodeList cases = root.elementsByTagName(QStringLiteral("testcase"));
+        EXPECT_EQ(root.attribute("tests").toInt(), passed + 4);
+        EXPECT_EQ(root.attribute("failures").toInt(), 4);
+        const QDomNodeList cases = root.elementsByTagName("testcase");
         ASSERT_EQ(cases.size(), passed + 4);
         int mismatches = 0;
         for (int i = 0; i < cases.size(); ++i) {
             const QDomElement testCase = cases.at(i).toElement();
-            const QDomElement failure = testCase.firstChildElement(QStringLiteral("failure"));
-            if (testCase.attribute(QStringLiteral("classname")) != sample || failure.isNull())
+            const QDomElement failure = testCase.firstChildElement("failure");
+            if (testCase.attribute("classname") != sample || failure.isNull())
                 continue;
             ++mismatches;
-            EXPECT_EQ(testCase.attribute(QStringLiteral("name")), QStringLiteral("直径25.tx"));
-            EXPECT_TRUE(failure.text().contains(QRegularExpression(QStringLiteral("\\| W +\\| 3\\.9 +\\| 3\\.856 +\\|"))))
-                << failure.text().toStdString();
+            EXPECT_EQ(testCase.attribute("name"), "直径25.tx");
+            EXPECT_TRUE(failure.text().contains(QRegularExpression("\\| W +\\| 3\\.9 +\\| 3\\.856 +\\|"))) << failure.text().toStdString();
         }
         EXPECT_EQ(mismatches, 1);
     }

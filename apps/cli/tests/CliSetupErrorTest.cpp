@@ -14,52 +14,39 @@ protected:
         ASSERT_TRUE(run.finished);
         EXPECT_EQ(run.exitCode, 2) << run.out.toStdString() << run.err.toStdString();
         EXPECT_TRUE(run.out.isEmpty()) << run.out.toStdString();
-        EXPECT_EQ(run.err.count(QLatin1Char('\n')), 1) << run.err.toStdString();
-        EXPECT_TRUE(run.err.startsWith(QStringLiteral("velmora-test: ")));
-        EXPECT_TRUE(run.err.contains(what)) << run.err.toStdString();
+        EXPECT_EQ(run.err.count('\n'), 1) << run.err.toStdString();
+        EXPECT_TRUE(run.err.startsWith("velmora-test: ") && run.err.contains(what)) << run.err.toStdString();
     }
 };
 
 TEST_F(CliSetupErrorTest, BadOptionsAndUnusableFoldersStopBeforeAnything)
 {
-    const QString missing = HomeFile(QStringLiteral("nowhere"));
-    const QString file = HomeFile(QStringLiteral("plain-file"));
+    const QString missing = HomeFile("nowhere"), file = HomeFile("plain-file"), noDrive = HomeFile("h2");
     ASSERT_TRUE(WriteBytes(file, "x"));
     // A home whose drive C (where the result file goes) cannot be made.
-    const QString noDrive = HomeFile(QStringLiteral("h2"));
-    ASSERT_TRUE(QDir().mkpath(noDrive + QStringLiteral("/drives")));
-    ASSERT_TRUE(WriteBytes(noDrive + QStringLiteral("/drives/c"), "x"));
-    const struct
-    {
-        QStringList args;
-        QString what;
-    } cases[] = {
-        {{"--frobnicate"}, "--frobnicate"},
-        {{"--jobs", "0"}, "--jobs"},
-        {{"--timeout"}, "--timeout"},
-        {{"--home", missing}, missing},
-        {{"--home", file}, file},
-        {{"--home", noDrive}, noDrive},
-        {{"--cases", missing}, missing},
-        {{"--system-db", missing}, missing},
-        {{"--junit", HomeFile(QStringLiteral("no/such/junit.xml"))}, "junit.xml"},
+    ASSERT_TRUE(QDir().mkpath(noDrive + "/drives"));
+    ASSERT_TRUE(WriteBytes(noDrive + "/drives/c", "x"));
+    const struct { QStringList args; QString what; } cases[] = {
+        {{"--frobnicate"}, "--frobnicate"}, {{"--jobs", "0"}, "--jobs"}, {{"--timeout"}, "--timeout"},
+        {{"--home", missing}, missing},     {{"--home", file}, file},   {{"--home", noDrive}, noDrive},
+        {{"--cases", missing}, missing},    {{"--system-db", missing}, missing},
+        {{"--junit", HomeFile("no/such/junit.xml")}, "junit.xml"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.args.join(' ').toStdString());
         ExpectSetupError(Run(c.args), c.what);
     }
-    // Nothing was seeded by the failed starts.
-    EXPECT_FALSE(QFileInfo::exists(HostContext::Instance().SystemDatabase()));
+    EXPECT_FALSE(QFileInfo::exists(HostContext::Instance().SystemDatabase())); // nothing seeded by the failed starts
 }
 
 TEST_F(CliSetupErrorTest, UnknownScriptAndOptionsOverTheEnvironment)
 {
     Seed();
-    ExpectSetupError(Run({QStringLiteral("--script"), QStringLiteral("梁\\没有.js")}), QStringLiteral("梁\\没有.js"));
+    ExpectSetupError(Run({"--script", "梁\\没有.js"}), "梁\\没有.js");
     // The option names the real home; the environment's missing one is ignored.
     QProcessEnvironment env;
-    env.insert(QStringLiteral("VELMORA_HOME"), HomeFile(QStringLiteral("elsewhere")));
-    const Outcome run = Run({QStringLiteral("--quiet")}, env);
+    env.insert("VELMORA_HOME", HomeFile("elsewhere"));
+    const Outcome run = Run({"--quiet"}, env);
     EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
 }
 
@@ -67,13 +54,12 @@ TEST_F(CliSetupErrorTest, OwnDatabaseAndCaseFolderAreNeverSeeded)
 {
     Seed();
     // Point a second home at the first home's database and case folder.
-    const QString other = HomeFile(QStringLiteral("other"));
+    const QString other = HomeFile("other");
     ASSERT_TRUE(QDir().mkpath(other));
-    const Outcome run = Run({QStringLiteral("--quiet"), QStringLiteral("--home"), other, QStringLiteral("--system-db"),
-                             HostContext::Instance().SystemDatabase(), QStringLiteral("--cases"),
+    const Outcome run = Run({"--quiet", "--home", other, "--system-db", HostContext::Instance().SystemDatabase(), "--cases",
                              HostContext::Instance().TestCaseRoot()});
     EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
     EXPECT_EQ(Counts(run), std::make_pair(SampleCaseCount(), 0));
-    EXPECT_TRUE(ResultPath(run).startsWith(other + QStringLiteral("/drives/c/")));
-    EXPECT_FALSE(QFileInfo::exists(other + QStringLiteral("/sysdata/system.db")));
+    EXPECT_TRUE(ResultPath(run).startsWith(other + "/drives/c/"));
+    EXPECT_FALSE(QFileInfo::exists(other + "/sysdata/system.db"));
 }
