@@ -1,11 +1,8 @@
 #include "CComDB.h"
 #include "CSampleDataSeeder.h"
 #include "CSampleScripts.h"
-#include "CTestCaseInfoTable.h"
-#include "CTestCaseStore.h"
-#include "CodePage.h"
 #include "HostContext.h"
-#include "TestEnvironment.h"
+#include "RunnerTestSupport.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -20,12 +17,6 @@ QList<QVariantList> Rows(const QString& table)
         return rows;
     db.Query(QStringLiteral("select key_ch, key_en, content, description from %1 order by rowid").arg(table), {}, rows);
     return rows;
-}
-
-QString Globals(const QString& script)
-{
-    QString fun, parm;
-    return CTestCaseStore::LoadGlobals(script, fun, parm) ? fun + "|" + parm : QStringLiteral("<failed>");
 }
 
 QString MacroListPath()
@@ -56,14 +47,10 @@ protected:
             CTestCaseInfoTable table;
             ASSERT_TRUE(CTestCaseStore::LoadTestCase(script.keyCh, testCase.name + ".tx", text, &table));
             EXPECT_EQ(text, testCase.script);
-            QStringList rows, expected;
-            for (int row = 1; row <= table.GetRowCount(); ++row)
-                rows << table.GetAsString(CTestCaseInfoTable::ParmName, row) + "|"
-                            + table.GetAsString(CTestCaseInfoTable::ParmValue, row) + "|"
-                            + table.GetAsString(CTestCaseInfoTable::ParmMsg, row);
+            QStringList expected;
             for (const CSampleScripts::Expected& e : testCase.expected)
                 expected << e.name + "|" + e.value + "|" + e.comment;
-            EXPECT_EQ(rows, expected);
+            EXPECT_EQ(RowTexts(table), expected);
         }
     }
 

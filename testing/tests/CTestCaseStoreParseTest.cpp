@@ -1,8 +1,4 @@
-#include "CTestCaseInfoTable.h"
-#include "CTestCaseStore.h"
-#include "CodePage.h"
-#include "QxMfcFun.h"
-#include "TestEnvironment.h"
+#include "RunnerTestSupport.h"
 
 TEST(GlobalParmsTest, DeclarationsBecomeRowsAfterExistingOnes)
 {
@@ -28,13 +24,9 @@ TEST(GlobalParmsTest, DeclarationsBecomeRowsAfterExistingOnes)
         ASSERT_TRUE(CTestCaseStore::ParseGlobalParms(c.text, table));
         EXPECT_EQ(table.GetAsString(CTestCaseInfoTable::ParmName, 1), "old");
         EXPECT_TRUE(table.IsNull(table.GetFieldIndex(CTestCaseInfoTable::ParmMode), 1));
-        QStringList rows;
-        for (int row = 2; row <= table.GetRowCount(); ++row) {
+        for (int row = 2; row <= table.GetRowCount(); ++row)
             EXPECT_EQ(table.GetAsInteger(CTestCaseInfoTable::ParmMode, row), 1);
-            rows << table.GetAsString(CTestCaseInfoTable::ParmName, row) + "|" + table.GetAsString(CTestCaseInfoTable::ParmValue, row)
-                        + "|" + table.GetAsString(CTestCaseInfoTable::ParmMsg, row);
-        }
-        EXPECT_EQ(rows, c.rows);
+        EXPECT_EQ(RowTexts(table, 2), c.rows);
     }
 }
 

@@ -1,16 +1,11 @@
-#include "CTestCaseInfoTable.h"
-#include "CTestCaseStore.h"
-#include "CodePage.h"
 #include "HostContext.h"
-#include "NativePath.h"
-#include "TestEnvironment.h"
+#include "RunnerTestSupport.h"
 
 #include <QDir>
 
 namespace {
 
 const QString kSep = QStringLiteral("@@@@@@######@@@@@");
-const QString kFields[] = {CTestCaseInfoTable::ParmName, CTestCaseInfoTable::ParmValue, CTestCaseInfoTable::ParmMsg};
 
 QString StoreFile(const QString& script, const QString& file)
 {
@@ -20,14 +15,9 @@ QString StoreFile(const QString& script, const QString& file)
 void AddRow(NDataModelDataSet& table, const QString& name, const QString& value, const QString& msg = {})
 {
     const int row = table.InsertRow(0);
-    for (const auto& [field, text] : {std::pair{kFields[0], name}, {kFields[1], value}, {kFields[2], msg}})
-        table.SetAsString(field, row, text);
-}
-
-QString Globals(const QString& script)
-{
-    QString fun, parm;
-    return CTestCaseStore::LoadGlobals(script, fun, parm) ? fun + "|" + parm : QStringLiteral("<failed>");
+    table.SetAsString(CTestCaseInfoTable::ParmName, row, name);
+    table.SetAsString(CTestCaseInfoTable::ParmValue, row, value);
+    table.SetAsString(CTestCaseInfoTable::ParmMsg, row, msg);
 }
 
 } // namespace
@@ -111,10 +101,8 @@ TEST_F(CTestCaseStoreTest, CaseRoundTripKeepsTextAndTableExactly)
     QString backText;
     ASSERT_TRUE(CTestCaseStore::LoadTestCase("s.js", "用例1.tx", backText, &back));
     EXPECT_EQ(backText, text);
-    ASSERT_EQ(back.GetRowCount(), 3);
-    for (int row = 1; row <= 3; ++row)
-        for (const QString& field : kFields)
-            EXPECT_EQ(back.GetAsString(field, row), table.GetAsString(field, row)) << row;
+    EXPECT_EQ(RowTexts(back), RowTexts(table));
+    EXPECT_EQ(RowTexts(back).size(), 3);
 
     // Without a table the file ends at the separator and loads an empty one.
     ASSERT_TRUE(CTestCaseStore::SaveTestCase("s.js", "c.tx", "x = 1;", nullptr));

@@ -42,15 +42,10 @@ const QString kScript = QStringLiteral("// 箍筋根数\r\n"   // 2
 // coverage through JSCover's own report function (a synchronous POST), so the
 // report exists before the browser reports the page loaded.
 const char* const kStorePage = R"(<html><head><title>pending</title></head><body>
-<iframe id="harness" src="index.html"></iframe>
-<script>
+<iframe id="harness" src="index.html"></iframe><script>
 document.getElementById('harness').onload = function () {
-  try {
-    document.getElementById('harness').contentWindow.jscoverage_report('velmora');
-    document.title = 'stored';
-  } catch (e) {
-    document.title = 'failed: ' + e;
-  }
+  try { document.getElementById('harness').contentWindow.jscoverage_report('velmora'); document.title = 'stored'; }
+  catch (e) { document.title = 'failed: ' + e; }
 };
 </script></body></html>
 )";

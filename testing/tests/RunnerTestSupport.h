@@ -1,6 +1,7 @@
 #pragma once
 #include "COutPutTextTable.h"
 #include "CTestCaseInfoTable.h"
+#include "CTestCaseStore.h"
 #include "CTestJavaScriptService.h"
 #include "CodePage.h"
 #include "NativePath.h"
@@ -18,6 +19,23 @@ struct Expect
     QString value;
 };
 
+// The rows of a case table from `first` on, each as "name|value|comment".
+inline QStringList RowTexts(const NDataModelDataSet& table, int first = 1)
+{
+    QStringList rows;
+    for (int row = first; row <= table.GetRowCount(); ++row)
+        rows << table.GetAsString(CTestCaseInfoTable::ParmName, row) + "|" + table.GetAsString(CTestCaseInfoTable::ParmValue, row)
+                    + "|" + table.GetAsString(CTestCaseInfoTable::ParmMsg, row);
+    return rows;
+}
+
+// A script's stored global texts as "functions|parameters", or "<failed>".
+inline QString Globals(const QString& script)
+{
+    QString fun, parm;
+    return CTestCaseStore::LoadGlobals(script, fun, parm) ? fun + "|" + parm : QStringLiteral("<failed>");
+}
+
 inline void Fill(CTestCaseInfoTable& table, const QList<Expect>& rows)
 {
     for (const Expect& e : rows) {
@@ -27,7 +45,7 @@ inline void Fill(CTestCaseInfoTable& table, const QList<Expect>& rows)
     }
 }
 
-// Shared by the runner tests: seeding a script's cases into the store and
+// Shared by the store and runner tests: seeding a script's cases into the store and
 // reading the result file back with its time stamps masked.
 class RunnerTest : public TempHomeTest
 {
