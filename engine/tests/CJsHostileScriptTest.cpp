@@ -8,10 +8,11 @@
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-// Every test here leaves the thread's engine as it found it: budget and
-// heap limit are put back after the test.
+// Every test leaves the thread's engine as it found it: budget and heap limit are put back.
 class HostileScriptTest : public TempHomeTest
 {
 protected:
@@ -36,9 +37,8 @@ protected:
         SetBudget(ms);
         const bool failed = !m_host.ExecuteStatement(script);
         RestoreBudget();
-        return failed && m_host.GetErrorText().startsWith(QStringLiteral("Error: 脚本运行超时(超过%1毫秒), ").arg(ms));
+        return failed && m_host.GetErrorText().startsWith(u"Error: 脚本运行超时(超过%1毫秒), "_s.arg(ms));
     }
-
     CScriptHost m_host;
     std::uint32_t m_heapLimit = 0;
 };
@@ -46,18 +46,18 @@ protected:
 TEST_F(HostileScriptTest, EndlessLoopRunsOutOfTimeAndTheNextRunWorks)
 {
     SetBudget(200);
-    const QString script = QStringLiteral("var i = 0;\r\nwhile (true) {\r\n  i++;\r\n}");
+    const QString script = u"var i = 0;\r\nwhile (true) {\r\n  i++;\r\n}"_s;
     EXPECT_FALSE(m_host.ExecuteStatement(script));
     const QString error = m_host.GetErrorText();
-    const QRegularExpression form(QStringLiteral("^Error: 脚本运行超时\\(超过200毫秒\\), (.*); in line (\\d+)$"));
-    const QRegularExpressionMatch match = form.match(error);
+    const QRegularExpressionMatch match =
+        QRegularExpression(u"^Error: 脚本运行超时\\(超过200毫秒\\), (.*); in line (\\d+)$"_s).match(error);
     ASSERT_TRUE(match.hasMatch()) << error.toStdString();
     const int line = match.captured(2).toInt();
     ASSERT_TRUE(line == 2 || line == 3) << line;
-    EXPECT_EQ(match.captured(1), script.split(QStringLiteral("\r\n"))[line - 1]);
+    EXPECT_EQ(match.captured(1), script.split(u"\r\n"_s)[line - 1]);
     RestoreBudget();
-    EXPECT_TRUE(m_host.ExecuteStatement(QStringLiteral("var after = 1;")));
-    EXPECT_EQ(m_host.Evaluate(QStringLiteral("i > 0 && after")).toString(), QStringLiteral("1"));
+    EXPECT_TRUE(m_host.ExecuteStatement(u"var after = 1;"_s));
+    EXPECT_EQ(m_host.Evaluate(u"i > 0 && after"_s).toString(), u"1"_s);
 }
 
 TEST_F(HostileScriptTest, ScriptCannotCatchOrOutlastTheTimeout)
@@ -74,24 +74,21 @@ TEST_F(HostileScriptTest, ScriptCannotCatchOrOutlastTheTimeout)
         m_host.ResetScript();
         EXPECT_TRUE(TimesOut(U8(script))) << script;
         // Nothing after the endless part ran, queued jobs included.
-        EXPECT_EQ(m_host.Evaluate(QStringLiteral("typeof after + (typeof hits == 'number' ? hits : '')")).toString(),
-                  script[0] == 'v' ? QStringLiteral("undefined0") : QStringLiteral("undefined")) << script;
-        EXPECT_TRUE(m_host.ExecuteStatement(QStringLiteral("var fine = 1;"))) << script;
+        EXPECT_EQ(m_host.Evaluate(u"typeof after + (typeof hits == 'number' ? hits : '')"_s).toString(),
+                  script[0] == 'v' ? u"undefined0"_s : u"undefined"_s) << script;
+        EXPECT_TRUE(m_host.ExecuteStatement(u"var fine = 1;"_s)) << script;
     }
 }
 
 TEST_F(HostileScriptTest, BudgetIsReadForEveryRun)
 {
-    const struct
-    {
-        int budgetMs, busyMs;
-        bool ok;
-    } cases[] = {{0, 300, true}, {2000, 50, true}, {100, 3000, false}, {5000, 50, true}};
+    const struct { int budgetMs, busyMs; bool ok; } cases[] = {
+        {0, 300, true}, {2000, 50, true}, {100, 3000, false}, {5000, 50, true}};
     for (const auto& c : cases)
     {
         SetBudget(c.budgetMs);
-        const QString script = QStringLiteral("var t = Date.now(); while (Date.now() - t < %1) {}").arg(c.busyMs);
-        EXPECT_EQ(m_host.ExecuteStatement(script), c.ok) << c.budgetMs << " " << c.busyMs;
+        EXPECT_EQ(m_host.ExecuteStatement(u"var t = Date.now(); while (Date.now() - t < %1) {}"_s.arg(c.busyMs)), c.ok)
+            << c.budgetMs << " " << c.busyMs;
     }
 }
 
@@ -99,25 +96,24 @@ TEST_F(HostileScriptTest, OutputWhoseConversionNeverEndsIsMissing)
 {
     SetBudget(200);
     CMacroImplement macro;
-    CArray<CMacroParam> outputs = Outputs({QStringLiteral("A"), QStringLiteral("B")});
-    ASSERT_EQ(macro.ExecuteScript(QStringLiteral("var A = { toString: function () { for (;;) {} } };\r\nvar B = 2;"), outputs), 1);
-    EXPECT_EQ(outputs[0].GetValue(), QStringLiteral("参数不存在!"));
-    EXPECT_EQ(outputs[1].GetValue(), QStringLiteral("2"));
+    CArray<CMacroParam> outputs = Outputs({"A", "B"});
+    ASSERT_EQ(macro.ExecuteScript(u"var A = { toString: function () { for (;;) {} } };\r\nvar B = 2;"_s, outputs), 1);
+    EXPECT_EQ(outputs[0].GetValue(), u"参数不存在!"_s);
+    EXPECT_EQ(outputs[1].GetValue(), u"2"_s);
 }
 
 TEST_F(HostileScriptTest, HeapLimitEndsAnAllocatingScriptInsideOrOutsideTheGcHeap)
 {
     CJsRuntime::Current()->SetHeapLimitBytes(32u * 1024u * 1024u);
-    const char* pushes[] = {"[1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12]", "a.length"};
-    for (const char* push : pushes)
+    for (const char* push : {"[1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12]", "a.length"})
     {
-        const QString loop = QStringLiteral("while (true) a.push(%1);").arg(U8(push));
+        const QString loop = u"while (true) a.push(%1);"_s.arg(U8(push));
         m_host.ResetScript();
-        EXPECT_FALSE(m_host.ExecuteStatement(QStringLiteral("var a = [];\r\n") + loop));
-        EXPECT_EQ(m_host.GetErrorText(), QStringLiteral("Error: 脚本内存不足(堆上限32 MB), %1; in line 2").arg(loop));
+        EXPECT_FALSE(m_host.ExecuteStatement(u"var a = [];\r\n"_s + loop));
+        EXPECT_EQ(m_host.GetErrorText(), u"Error: 脚本内存不足(堆上限32 MB), %1; in line 2"_s.arg(loop));
         m_host.ResetScript();
-        EXPECT_TRUE(m_host.ExecuteStatement(QStringLiteral("var b = [1, 2, 3].map(function (x) { return x * 2; });")));
-        EXPECT_EQ(m_host.Evaluate(QStringLiteral("b")).toString(), QStringLiteral("2,4,6"));
+        EXPECT_TRUE(m_host.ExecuteStatement(u"var b = [1, 2, 3].map(function (x) { return x * 2; });"_s));
+        EXPECT_EQ(m_host.Evaluate(u"b"_s).toString(), u"2,4,6"_s);
     }
 }
 
@@ -135,7 +131,7 @@ TEST_F(HostileScriptTest, RunawayRecursionAndOversizedStringsAreErrors)
         m_host.ResetScript();
         EXPECT_FALSE(m_host.ExecuteStatement(U8(c[0]))) << c[0];
         EXPECT_TRUE(m_host.GetErrorText().startsWith(U8(c[1]))) << c[0];
-        EXPECT_TRUE(m_host.ExecuteStatement(QStringLiteral("var fine = 1;"))) << c[0];
+        EXPECT_TRUE(m_host.ExecuteStatement(u"var fine = 1;"_s)) << c[0];
     }
 }
 
@@ -143,12 +139,11 @@ TEST_F(HostileScriptTest, ThousandsOfResetsKeepWorking)
 {
     // Old globals are only reclaimed by the scheduled collections.
     CMacroImplement macro;
-    CArray<CMacroParam> inputs;
-    inputs.Add(Param(QStringLiteral("L"), QStringLiteral("3")));
-    CArray<CMacroParam> outputs = Outputs({QStringLiteral("A")});
+    const CArray<CMacroParam> inputs = Inputs({{"L", "3"}});
+    CArray<CMacroParam> outputs = Outputs({"A"});
     for (int run = 0; run < 3000; ++run)
     {
-        const QString script = QStringLiteral("var big = new Array(1000).fill(%1);\r\nvar A = L * %1;").arg(run);
+        const QString script = u"var big = new Array(1000).fill(%1);\r\nvar A = L * %1;"_s.arg(run);
         ASSERT_EQ(macro.ExecuteScript(script, inputs, outputs), 1) << run << macro.GetError().toStdString();
         ASSERT_EQ(outputs[0].GetValue(), QString::number(3 * run));
     }

@@ -4,22 +4,23 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 class JsParserOprTest : public TempHomeTest
 {
 protected:
-    void SetUp() override
-    {
-        TempHomeTest::SetUp();
-        CJsParserOpr::Release();
-    }
-    void TearDown() override
-    {
-        CJsParserOpr::Release();
-        TempHomeTest::TearDown();
-    }
+    void SetUp() override { TempHomeTest::SetUp(); CJsParserOpr::Release(); }
+    void TearDown() override { CJsParserOpr::Release(); TempHomeTest::TearDown(); }
     static int Run(const char* script) { return CJsParserOpr::Instance()->Run(U8(script), m_result, m_error); }
+    // 1 and the value, or 0 and "untouched".
+    static std::pair<int, QString> Get(const char* name)
+    {
+        QString value = u"untouched"_s;
+        const int ok = CJsParserOpr::Instance()->GetParameter(U8(name), value);
+        return {ok, value};
+    }
 
     static inline QString m_result, m_error;
 };
@@ -32,30 +33,21 @@ TEST_F(JsParserOprTest, InstanceIsOneObjectWhoseScopeReleaseDrops)
     ASSERT_EQ(Run("var gone = 1;"), 1);
     CJsParserOpr::Release();
     CJsParserOpr::Release(); // twice is harmless
-    QString value;
-    EXPECT_EQ(CJsParserOpr::Instance()->GetParameter(QStringLiteral("gone"), value), 0);
+    EXPECT_EQ(Get("gone").first, 0);
 }
 
 TEST_F(JsParserOprTest, RunGivesTheValueOrTheErrorText)
 {
-    const struct
-    {
-        const char* script;
-        int ok;
-        const char* result;
-        const char* error;
-    } cases[] = {
-        {"var a = '钢';\r\na + '筋'", 1, "钢筋", "e"},
-        {"var b = 1;", 1, "undefined", "e"},
-        {"null", 1, "null", "e"},
+    const struct { const char *script; int ok; const char *result, *error; } cases[] = {
+        {"var a = '钢';\r\na + '筋'", 1, "钢筋", "e"}, {"var b = 1;", 1, "undefined", "e"}, {"null", 1, "null", "e"},
         {"var c = 1;\r\nc.d.e", 0, "r", "Error: c.d is undefined, c.d.e; in line 2"},
         {"var = ;", 0, "r", "Error: missing variable name, var = ;; in line 1"},
     };
     for (const auto& c : cases)
     {
-        m_result = QStringLiteral("r");
-        m_error = QStringLiteral("e");
-        EXPECT_EQ(Run(c.script), c.ok);
+        m_result = u"r"_s;
+        m_error = u"e"_s;
+        EXPECT_EQ(Run(c.script), c.ok) << c.script;
         EXPECT_EQ(m_result, U8(c.result)) << c.script;
         EXPECT_EQ(m_error, U8(c.error)) << c.script;
     }
@@ -65,11 +57,9 @@ TEST_F(JsParserOprTest, ScopeIsSharedAcrossRunsAndKeepsWhatRanBeforeAFailure)
 {
     ASSERT_EQ(Run("var shared = 1; function inc() { return ++shared; }"), 1);
     ASSERT_EQ(Run("inc()"), 1);
-    EXPECT_EQ(m_result, QStringLiteral("2"));
+    EXPECT_EQ(m_result, u"2"_s);
     ASSERT_EQ(Run("var before = shared + 3;\r\nboom();"), 0);
-    QString value;
-    ASSERT_EQ(CJsParserOpr::Instance()->GetParameter(QStringLiteral("before"), value), 1);
-    EXPECT_EQ(value, QStringLiteral("5"));
+    EXPECT_EQ(Get("before"), std::make_pair(1, u"5"_s));
 }
 
 TEST_F(JsParserOprTest, LongLivedScopeKeepsSourceLinesOfRecentTextsOnly)
@@ -78,33 +68,24 @@ TEST_F(JsParserOprTest, LongLivedScopeKeepsSourceLinesOfRecentTextsOnly)
     ASSERT_EQ(Run("function early() {\r\n  return missing;\r\n}"), 1);
     ASSERT_EQ(Run(recent), 1);
     EXPECT_EQ(Run("early()"), 0);
-    EXPECT_EQ(m_error, QStringLiteral("Error: missing is not defined,   return missing;; in line 2"));
+    EXPECT_EQ(m_error, u"Error: missing is not defined,   return missing;; in line 2"_s);
     for (int i = 0; i < 1100; ++i)
         ASSERT_EQ(Run(i == 1000 ? recent : "1"), 1);
     // The text that defined early() is long gone; its line number is not.
     EXPECT_EQ(Run("early()"), 0);
-    EXPECT_EQ(m_error, QStringLiteral("Error: missing is not defined, ; in line 2"));
+    EXPECT_EQ(m_error, u"Error: missing is not defined, ; in line 2"_s);
     EXPECT_EQ(Run("recent()"), 0);
-    EXPECT_EQ(m_error, QStringLiteral("Error: gone is not defined,   return gone;; in line 3"));
+    EXPECT_EQ(m_error, u"Error: gone is not defined,   return gone;; in line 3"_s);
 }
 
 TEST_F(JsParserOprTest, GetParameterReadsDeclaredNamesOnly)
 {
     ASSERT_EQ(Run("var A = 2; var B = 3; let L = 'l'; var U; var 长 = 4;"), 1);
-    const struct
-    {
-        const char* name;
-        int ok;
-        const char* value;
-    } cases[] = {
+    const struct { const char* name; int ok; const char* value; } cases[] = {
         {"L", 1, "l"}, {"长", 1, "4"}, {"U", 1, "undefined"}, {"Missing", 0, "untouched"},
         {" A", 0, "untouched"}, {"A + B", 0, "untouched"}, {"", 0, "untouched"}, {"A;B", 0, "untouched"},
     };
     for (const auto& c : cases)
-    {
-        QString value = QStringLiteral("untouched");
-        EXPECT_EQ(CJsParserOpr::Instance()->GetParameter(U8(c.name), value), c.ok) << c.name;
-        EXPECT_EQ(value, U8(c.value)) << c.name;
-    }
+        EXPECT_EQ(Get(c.name), std::make_pair(c.ok, U8(c.value))) << c.name;
 }
 } // namespace

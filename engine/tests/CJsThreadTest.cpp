@@ -11,6 +11,8 @@
 #include <thread>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 class ScriptThreadTest : public TempHomeTest
@@ -23,38 +25,30 @@ protected:
     }
 };
 
-// One macro runner per thread, all running at once: each sees only its own
-// inputs, outputs and errors.
+// One macro runner per thread, all running at once: each sees only its own inputs, outputs and errors.
 TEST_F(ScriptThreadTest, RunnersOnSeveralThreadsRunConcurrently)
 {
-    constexpr int kThreads = 4;
-    constexpr int kRuns = 150;
     std::atomic<int> wrong{0};
     std::vector<std::thread> threads;
-    for (int t = 0; t < kThreads; ++t)
-    {
+    for (int t = 0; t < 4; ++t)
         threads.emplace_back([t, &wrong] {
             CMacroImplement macro;
-            macro.AddGlobalScript(QStringLiteral("function 加(a, b) { return a + b; }"));
-            for (int run = 0; run < kRuns; ++run)
+            macro.AddGlobalScript(u"function 加(a, b) { return a + b; }"_s);
+            for (int run = 0; run < 150; ++run)
             {
-                CArray<CMacroParam> inputs;
-                inputs.Add(Param(QStringLiteral("L"), QString::number(t * 1000 + run)));
-                CArray<CMacroParam> outputs = Outputs({QStringLiteral("A")});
-                if (run % 25 == 24)
+                const CArray<CMacroParam> inputs = Inputs({{u"L"_s, QString::number(t * 1000 + run)}});
+                CArray<CMacroParam> outputs = Outputs({"A"});
+                if (run % 25 == 24) // a failing run in between: its error is this thread's own
                 {
-                    // A failing run in between: its error is this thread's own.
-                    const QString script = QStringLiteral("throw 'T%1';").arg(t);
-                    const bool failed = macro.ExecuteScript(script, inputs, outputs) == 0;
-                    const QString expected = QStringLiteral("Error: uncaught exception: T%1, %2; in line 5").arg(t).arg(script);
-                    wrong += !failed || macro.GetError() != expected;
+                    const QString script = u"throw 'T%1';"_s.arg(t);
+                    wrong += macro.ExecuteScript(script, inputs, outputs) != 0
+                          || macro.GetError() != u"Error: uncaught exception: T%1, %2; in line 5"_s.arg(t).arg(script);
                     continue;
                 }
-                const int ok = macro.ExecuteScript(QStringLiteral("var A = 加(L, L);"), inputs, outputs);
-                wrong += ok != 1 || outputs[0].GetValue() != QString::number(2 * (t * 1000 + run));
+                wrong += macro.ExecuteScript(u"var A = 加(L, L);"_s, inputs, outputs) != 1
+                      || outputs[0].GetValue() != QString::number(2 * (t * 1000 + run));
             }
         });
-    }
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ(wrong.load(), 0);
@@ -67,25 +61,23 @@ TEST_F(ScriptThreadTest, TimeoutOnOneThreadLeavesTheOthersRunning)
     QString loopError;
     std::thread loop([&] {
         CScriptHost host;
-        host.ExecuteStatement(QStringLiteral("for (;;) {}"));
+        host.ExecuteStatement(u"for (;;) {}"_s);
         loopError = host.GetErrorText();
         looping = false;
     });
-    int quickRuns = 0;
-    int quickFailures = 0;
+    int quickRuns = 0, quickFailures = 0;
     std::thread quick([&] {
         CScriptHost host;
-        while (looping || quickRuns < 20)
+        for (; looping || quickRuns < 20; ++quickRuns)
         {
             host.ResetScript();
-            quickFailures += !host.ExecuteStatement(QStringLiteral("var x = 0; for (var i = 0; i < 1000; i++) x += i;"));
-            quickFailures += host.Evaluate(QStringLiteral("x")).toString() != QStringLiteral("499500");
-            ++quickRuns;
+            quickFailures += !host.ExecuteStatement(u"var x = 0; for (var i = 0; i < 1000; i++) x += i;"_s);
+            quickFailures += host.Evaluate(u"x"_s).toString() != u"499500"_s;
         }
     });
     loop.join();
     quick.join();
-    EXPECT_EQ(loopError, QStringLiteral("Error: 脚本运行超时(超过400毫秒), for (;;) {}; in line 1"));
+    EXPECT_EQ(loopError, u"Error: 脚本运行超时(超过400毫秒), for (;;) {}; in line 1"_s);
     EXPECT_GE(quickRuns, 20);
     EXPECT_EQ(quickFailures, 0);
 }
@@ -93,50 +85,46 @@ TEST_F(ScriptThreadTest, TimeoutOnOneThreadLeavesTheOthersRunning)
 TEST_F(ScriptThreadTest, HostUsedOnAnotherThreadStartsOverThere)
 {
     CScriptHost host;
-    ASSERT_TRUE(host.ExecuteStatement(QStringLiteral("var a = 1;")));
+    ASSERT_TRUE(host.ExecuteStatement(u"var a = 1;"_s));
     QString typeOfA, b;
     bool ranThere = false;
-    std::thread worker([&] {
-        ranThere = host.ExecuteStatement(QStringLiteral("var b = 2;"));
-        typeOfA = host.Evaluate(QStringLiteral("typeof a")).toString();
-        b = host.Evaluate(QStringLiteral("b")).toString();
-    });
-    worker.join();
+    std::thread([&] {
+        ranThere = host.ExecuteStatement(u"var b = 2;"_s);
+        typeOfA = host.Evaluate(u"typeof a"_s).toString();
+        b = host.Evaluate(u"b"_s).toString();
+    }).join();
     EXPECT_TRUE(ranThere);
-    EXPECT_EQ(typeOfA, QStringLiteral("undefined"));
-    EXPECT_EQ(b, QStringLiteral("2"));
+    EXPECT_EQ(typeOfA, u"undefined"_s);
+    EXPECT_EQ(b, u"2"_s);
     // Back here, after the worker's engine is gone.
-    EXPECT_FALSE(host.Evaluate(QStringLiteral("b")).isValid());
-    ASSERT_TRUE(host.ExecuteStatement(QStringLiteral("var c = 3;")));
-    EXPECT_EQ(host.Evaluate(QStringLiteral("c")).toString(), QStringLiteral("3"));
+    EXPECT_FALSE(host.Evaluate(u"b"_s).isValid());
+    ASSERT_TRUE(host.ExecuteStatement(u"var c = 3;"_s));
+    EXPECT_EQ(host.Evaluate(u"c"_s).toString(), u"3"_s);
 }
 
 TEST_F(ScriptThreadTest, HostOutlivesTheThreadThatMadeIt)
 {
     std::unique_ptr<CScriptHost> host;
-    std::thread maker([&] {
+    std::thread([&] {
         host = std::make_unique<CScriptHost>();
-        host->AddScript(QStringLiteral("function f() { return 1; }"));
-    });
-    maker.join();
+        host->AddScript(u"function f() { return 1; }"_s);
+    }).join();
     ASSERT_TRUE(host);
     EXPECT_EQ(host->GetProcedureCount(), 1);
-    EXPECT_TRUE(host->ExecuteStatement(QStringLiteral("var here = 1;")));
+    EXPECT_TRUE(host->ExecuteStatement(u"var here = 1;"_s));
 }
 
 TEST_F(ScriptThreadTest, HostDestroyedOnAnotherThreadWhileItsOwnerLives)
 {
     auto host = std::make_unique<CScriptHost>();
-    ASSERT_TRUE(host->ExecuteStatement(QStringLiteral("var a = 1;")));
-    std::thread dropper([&] { host.reset(); });
-    dropper.join();
+    ASSERT_TRUE(host->ExecuteStatement(u"var a = 1;"_s));
+    std::thread([&] { host.reset(); }).join();
     // The owner thread drops the handed-over scope on its next use.
     for (int i = 0; i < 3; ++i)
     {
         CScriptHost next;
-        EXPECT_TRUE(next.ExecuteStatement(QStringLiteral("var b = 2;")));
-        EXPECT_EQ(next.Evaluate(QStringLiteral("typeof a")).toString(), QStringLiteral("undefined"));
+        EXPECT_TRUE(next.ExecuteStatement(u"var b = 2;"_s));
+        EXPECT_EQ(next.Evaluate(u"typeof a"_s).toString(), u"undefined"_s);
     }
 }
-
 } // namespace

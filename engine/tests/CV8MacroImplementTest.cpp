@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 class V8MacroImplementTest : public TempHomeTest
@@ -18,17 +20,13 @@ protected:
         CJsParserOpr::Release();
         CTimingLog::Instance().Clear();
     }
-    void TearDown() override
-    {
-        CJsParserOpr::Release();
-        TempHomeTest::TearDown();
-    }
+    void TearDown() override { CJsParserOpr::Release(); TempHomeTest::TearDown(); }
     static QStringList TimedLabels()
     {
         QStringList labels;
         for (const CTimingLog::Entry& entry : CTimingLog::Instance().Entries())
         {
-            EXPECT_EQ(entry.group, QStringLiteral("CMacroImplement"));
+            EXPECT_EQ(entry.group, u"CMacroImplement"_s);
             labels << entry.label;
         }
         return labels;
@@ -39,44 +37,38 @@ protected:
 
 TEST_F(V8MacroImplementTest, RunsTheAssembledTextAndReadsTheOutputs)
 {
-    CArray<CMacroParam> inputs;
-    inputs.Add(Param(QStringLiteral("L"), QStringLiteral("1200")));
-    inputs.Add(Param(QStringLiteral("G"), QStringLiteral("abc"), 0));
-    m_macro.AddGlobalScript(QStringLiteral("function twice(x) { return x * 2; }"));
-    CArray<CMacroParam> outputs = Outputs({QStringLiteral("A"), QStringLiteral("G"), QStringLiteral("NeverSet")});
-    ASSERT_EQ(m_macro.ExecuteScript(QStringLiteral("var A = twice(L);"), inputs, outputs), 1);
-    EXPECT_EQ(outputs[0].GetValue(), QStringLiteral("2400"));
-    EXPECT_EQ(outputs[1].GetValue(), QStringLiteral("abc"));
-    EXPECT_EQ(outputs[2].GetValue(), QStringLiteral("参数不存在"));
+    const CArray<CMacroParam> inputs = Inputs({{"L", "1200"}, {"G", "abc", 0}});
+    m_macro.AddGlobalScript(u"function twice(x) { return x * 2; }"_s);
+    CArray<CMacroParam> outputs = Outputs({"A", "G", "NeverSet"});
+    ASSERT_EQ(m_macro.ExecuteScript(u"var A = twice(L);"_s, inputs, outputs), 1);
+    EXPECT_EQ(Values(outputs), (QStringList{u"2400"_s, u"abc"_s, u"参数不存在"_s}));
     EXPECT_TRUE(m_macro.GetLastScript().isEmpty()); // the record-based run keeps no text
-    EXPECT_EQ(TimedLabels(), QStringList{QStringLiteral("CMacroImplement::ExecuteScript")});
+    EXPECT_EQ(TimedLabels(), QStringList{u"CMacroImplement::ExecuteScript"_s});
     // A failure counts lines after var L = 1; / (empty) / (empty) / twice(...).
-    ASSERT_EQ(m_macro.ExecuteScript(QStringLiteral("var A = nope;"), inputs, outputs), 0);
-    EXPECT_EQ(m_macro.GetError(), QStringLiteral("Error: nope is not defined, var A = nope;; in line 6"));
-    EXPECT_EQ(outputs[0].GetValue(), QStringLiteral("2400"));
+    ASSERT_EQ(m_macro.ExecuteScript(u"var A = nope;"_s, inputs, outputs), 0);
+    EXPECT_EQ(m_macro.GetError(), u"Error: nope is not defined, var A = nope;; in line 6"_s);
+    EXPECT_EQ(Values(outputs), (QStringList{u"2400"_s, u"abc"_s, u"参数不存在"_s}));
 }
 
 TEST_F(V8MacroImplementTest, EarlierRunsStayVisible)
 {
     CArray<CMacroParam> none;
-    CArray<CMacroParam> outputs = Outputs({QStringLiteral("Carry")});
-    ASSERT_EQ(m_macro.ExecuteScript(QStringLiteral("var Other = 1;"), none, outputs), 1);
-    EXPECT_EQ(outputs[0].GetValue(), QStringLiteral("参数不存在"));
-    ASSERT_EQ(m_macro.ExecuteScript(QStringLiteral("var Carry = 'first';"), none, outputs), 1);
-    ASSERT_EQ(m_macro.ExecuteScript(QStringLiteral("var Other = 2;"), none, outputs), 1);
-    EXPECT_EQ(outputs[0].GetValue(), QStringLiteral("first"));
+    CArray<CMacroParam> outputs = Outputs({"Carry"});
+    ASSERT_EQ(m_macro.ExecuteScript(u"var Other = 1;"_s, none, outputs), 1);
+    EXPECT_EQ(outputs[0].GetValue(), u"参数不存在"_s);
+    ASSERT_EQ(m_macro.ExecuteScript(u"var Carry = 'first';"_s, none, outputs), 1);
+    ASSERT_EQ(m_macro.ExecuteScript(u"var Other = 2;"_s, none, outputs), 1);
+    EXPECT_EQ(outputs[0].GetValue(), u"first"_s);
 }
 
 TEST_F(V8MacroImplementTest, EvalParamLooksUpTheTrimmedNameThenRunsItAsGiven)
 {
     QString result, error;
-    ASSERT_EQ(CJsParserOpr::Instance()->Run(QStringLiteral("var A = 2; var B = 3;"), result, error), 1);
-    const char* cases[][2] = {
-        {" A ", "2"}, {" A+B", "5"}, {"Missing", "参数不存在"}, {"A +", "参数不存在"}, {"", "undefined"},
-    };
+    ASSERT_EQ(CJsParserOpr::Instance()->Run(u"var A = 2; var B = 3;"_s, result, error), 1);
+    const char* cases[][2] = {{" A ", "2"}, {" A+B", "5"}, {"Missing", "参数不存在"}, {"A +", "参数不存在"}, {"", "undefined"}};
     for (const auto& c : cases)
     {
-        QString value = QStringLiteral("untouched");
+        QString value = u"untouched"_s;
         EXPECT_EQ(m_macro.EvalParam(U8(c[0]), value), 1);
         EXPECT_EQ(value, U8(c[1])) << c[0];
     }
@@ -84,16 +76,8 @@ TEST_F(V8MacroImplementTest, EvalParamLooksUpTheTrimmedNameThenRunsItAsGiven)
 
 TEST(V8OutputExpressionTest, JoinsNamesWithBraces)
 {
-    const struct
-    {
-        QStringList names;
-        const char* expected;
-    } cases[] = {
-        {{}, ""},
-        {{"A"}, "A"},
-        {{"A", "B", "C"}, "A+\"}\"+\"{\"+B+\"}\"+\"{\"+C"},
-        {{" A ", "b.c"}, " A +\"}\"+\"{\"+b.c"},
-    };
+    const struct { QStringList names; const char* expected; } cases[] = {
+        {{}, ""}, {{"A"}, "A"}, {{" A ", "b.c"}, " A +\"}\"+\"{\"+b.c"}, {{"A", "B", "C"}, "A+\"}\"+\"{\"+B+\"}\"+\"{\"+C"}};
     for (const auto& c : cases)
     {
         CParms outputs;
@@ -106,33 +90,31 @@ TEST(V8OutputExpressionTest, JoinsNamesWithBraces)
 TEST_F(V8MacroImplementTest, ExecuteParmsRunsTheFullTextAndWritesNoOutput)
 {
     CParms inputs, outputs;
-    inputs.AddParm(QStringLiteral("L"), QStringLiteral("10"), 1);
-    inputs.AddParm(QStringLiteral("G"), QStringLiteral("g"), 0);
-    outputs.AddParm(QStringLiteral("A"), QStringLiteral("a0"), 1);
-    outputs.AddParm(QStringLiteral("B"), QStringLiteral("b0"), 1);
-    m_macro.AddGlobalScript(QStringLiteral("var k = 1;"));
-    ASSERT_EQ(m_macro.ExecuteParms(QStringLiteral("var A = L * 2;\r\nvar B = G + k;"), inputs, outputs), 1);
-    EXPECT_EQ(m_macro.GetLastScript(), QStringLiteral("\r\n//***************************************\r\n"
-                                                      "var L = 10;\r\nvar G = \"g\";\r\n\r\n\r\nvar k = 1;\r\n"
-                                                      "var A = L * 2;\r\nvar B = G + k;\r\nA+\"}\"+\"{\"+B"));
-    EXPECT_EQ(outputs.FindParm(QStringLiteral("A"))->GetParmValue(), QStringLiteral("a0"));
+    inputs.AddParm(u"L"_s, u"10"_s, 1);
+    inputs.AddParm(u"G"_s, u"g"_s, 0);
+    outputs.AddParm(u"A"_s, u"a0"_s, 1);
+    outputs.AddParm(u"B"_s, u"b0"_s, 1);
+    m_macro.AddGlobalScript(u"var k = 1;"_s);
+    ASSERT_EQ(m_macro.ExecuteParms(u"var A = L * 2;\r\nvar B = G + k;"_s, inputs, outputs), 1);
+    EXPECT_EQ(m_macro.GetLastScript(), u"\r\n//***************************************\r\nvar L = 10;\r\n"
+                                       "var G = \"g\";\r\n\r\n\r\nvar k = 1;\r\nvar A = L * 2;\r\nvar B = G + k;\r\n"
+                                       "A+\"}\"+\"{\"+B"_s);
+    EXPECT_EQ(outputs.FindParm(u"A"_s)->GetParmValue(), u"a0"_s);
     QString value; // the run did happen in the shared scope
-    ASSERT_EQ(CJsParserOpr::Instance()->GetParameter(QStringLiteral("A"), value), 1);
-    EXPECT_EQ(value, QStringLiteral("20"));
-    EXPECT_EQ(TimedLabels(), (QStringList{QStringLiteral("CMacroImplement::脚本组合"),
-                                          QStringLiteral("CMacroImplement::ExecuteScript"),
-                                          QStringLiteral("CMacroImplement::EvalParam"),
-                                          QStringLiteral("CMacroImplement1::ExecuteScript")}));
+    ASSERT_EQ(CJsParserOpr::Instance()->GetParameter(u"A"_s, value), 1);
+    EXPECT_EQ(value, u"20"_s);
+    EXPECT_EQ(TimedLabels(), (QStringList{u"CMacroImplement::脚本组合"_s, u"CMacroImplement::ExecuteScript"_s,
+                                          u"CMacroImplement::EvalParam"_s, u"CMacroImplement1::ExecuteScript"_s}));
 }
 
 TEST_F(V8MacroImplementTest, ExecuteParmsWithoutOutputsAndItsFailure)
 {
     CParms inputs, outputs;
-    ASSERT_EQ(m_macro.ExecuteParms(QStringLiteral("var A = 1;"), inputs, outputs), 1);
-    EXPECT_EQ(m_macro.GetLastScript(), QStringLiteral("\r\n//***************************************\r\n\r\n\r\nvar A = 1;\r\n"));
-    outputs.AddParm(QStringLiteral("A"), QStringLiteral("a0"));
-    ASSERT_EQ(m_macro.ExecuteParms(QStringLiteral("throw 'x';"), inputs, outputs), 0);
-    EXPECT_EQ(m_macro.GetError(), QStringLiteral("Error: uncaught exception: x, throw 'x';; in line 5"));
-    EXPECT_EQ(outputs.FindParm(QStringLiteral("A"))->GetParmValue(), QStringLiteral("a0"));
+    ASSERT_EQ(m_macro.ExecuteParms(u"var A = 1;"_s, inputs, outputs), 1);
+    EXPECT_EQ(m_macro.GetLastScript(), u"\r\n//***************************************\r\n\r\n\r\nvar A = 1;\r\n"_s);
+    outputs.AddParm(u"A"_s, u"a0"_s);
+    ASSERT_EQ(m_macro.ExecuteParms(u"throw 'x';"_s, inputs, outputs), 0);
+    EXPECT_EQ(m_macro.GetError(), u"Error: uncaught exception: x, throw 'x';; in line 5"_s);
+    EXPECT_EQ(outputs.FindParm(u"A"_s)->GetParmValue(), u"a0"_s);
 }
 } // namespace

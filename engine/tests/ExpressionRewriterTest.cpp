@@ -4,23 +4,14 @@
 #include <gtest/gtest.h>
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-struct Rewrite
-{
-    const char* in;
-    const char* out;
-};
+struct Rewrite { const char *in, *out; };
 
-QString U(const char* text)
-{
-    return QString::fromUtf8(text);
-}
-
-bool Letter(QChar c)
-{
-    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_' || c == u'.';
-}
+QString U(const char* text) { return QString::fromUtf8(text); }
+bool Letter(QChar c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_' || c == u'.'; }
 
 // The whole-word replace written out one position at a time, as described,
 // with a step limit; false when the limit was reached.
@@ -52,22 +43,14 @@ bool LiteralReplaceWord(QString& text, const QString& word, const QString& repla
 TEST(AddMathPrefixTest, FormulaTable)
 {
     const Rewrite cases[] = {
-        {"sin(x)+cos(y)", "Math.sin(x)+Math.cos(y)"},
-        {"Math.sin(x)", "Math.sin(x)"},
-        {"asin(x)", "asin(x)"},                       // a letter touches the word
-        {"sinh(x)", "sinh(x)"},
-        {"sin2", "Math.sin2"},                        // digits are no letters
-        {"ctan(x)", "Math.ctan(x)"},                  // the tan inside stays
-        {"PI*r", "Math.PI*r"},
-        {"pi*r", "pi*r"},                             // case-sensitive
-        {"SIN(x)+Sin(x)", "SIN(x)+Sin(x)"},
-        {"sqrt(PI)", "Math.sqrt(Math.PI)"},
-        {"sin(sin(x))", "Math.sin(Math.sin(x))"},
-        {"sin1sin", "Math.sin1Math.sin"},
-        {"_sin(x)+sin_(x)", "_sin(x)+sin_(x)"},       // "_" is part of a word
-        {"a.sin+sin.b", "a.sin+sin.b"},               // so is "."
-        {"中sin", "中Math.sin"},                      // only ASCII letters count
-        {"", ""},
+        {"sin(x)+cos(y)", "Math.sin(x)+Math.cos(y)"}, {"Math.sin(x)", "Math.sin(x)"}, {"PI*r", "Math.PI*r"},
+        {"asin(x)", "asin(x)"}, {"sinh(x)", "sinh(x)"}, // a letter touches the word
+        {"sin2", "Math.sin2"}, {"sin1sin", "Math.sin1Math.sin"}, // digits are no letters
+        {"ctan(x)", "Math.ctan(x)"},                             // the tan inside stays
+        {"pi*r", "pi*r"}, {"SIN(x)+Sin(x)", "SIN(x)+Sin(x)"},    // case-sensitive
+        {"sqrt(PI)", "Math.sqrt(Math.PI)"}, {"sin(sin(x))", "Math.sin(Math.sin(x))"}, {"", ""},
+        {"_sin(x)+sin_(x)", "_sin(x)+sin_(x)"}, {"a.sin+sin.b", "a.sin+sin.b"}, // "_" and "." are part of a word
+        {"中sin", "中Math.sin"},                                                // only ASCII letters count
     };
     for (const Rewrite& c : cases) {
         const QString input = U(c.in);
@@ -79,13 +62,9 @@ TEST(AddMathPrefixTest, FormulaTable)
 TEST(AddMathPrefixTest, LoneMathPrefixIsDropped)
 {
     const Rewrite cases[] = {
-        {"Math.", ""},
-        {"Math.(1)", "(1)"},
-        {"2*Math.+1", "2*+1"},
-        {"Math. sin(x)", " Math.sin(x)"},
-        {"Math.Math.", "Math.Math."},                 // each touches a word part
-        {"Math.+Math.", "+Math."},                    // the start moved past the second one
-        {"Math.2", "2"},
+        {"Math.", ""}, {"Math.(1)", "(1)"}, {"2*Math.+1", "2*+1"}, {"Math. sin(x)", " Math.sin(x)"}, {"Math.2", "2"},
+        {"Math.Math.", "Math.Math."},  // each touches a word part
+        {"Math.+Math.", "+Math."},     // the start moved past the second one
     };
     for (const Rewrite& c : cases)
         EXPECT_EQ(AddMathPrefix(U(c.in)), U(c.out)) << c.in;
@@ -93,23 +72,14 @@ TEST(AddMathPrefixTest, LoneMathPrefixIsDropped)
 
 TEST(ReplaceWordTest, BoundaryAndSteppingTable)
 {
-    struct Case
-    {
-        const char* text;
-        const char* word;
-        const char* replacement;
-        const char* out;
+    const struct { const char *text, *word, *replacement, *out; } cases[] = {
+        {"x.a a.x a", "a", "b", "x.a a.x b"}, {"a1 1a", "a", "z", "z1 1z"},
+        {"aaa", "a", "b", "aaa"}, {"a a", "a", "a", "a a"},
+        {"abc abc", "abc", "", " abc"},         // start moves from the old start, past the second
+        {"abc+abc+abc", "abc", "Z", "Z+abc+Z"}, // the shrunk text puts the middle one behind the start
+        {"text", "", "x", "text"},              // empty word: nothing to find
     };
-    const Case cases[] = {
-        {"x.a a.x a", "a", "b", "x.a a.x b"},
-        {"a1 1a", "a", "z", "z1 1z"},
-        {"abc abc", "abc", "", " abc"},               // start moves from the old start, past the second
-        {"abc+abc+abc", "abc", "Z", "Z+abc+Z"},       // the shrunk text puts the middle one behind the start
-        {"aaa", "a", "b", "aaa"},
-        {"a a", "a", "a", "a a"},
-        {"text", "", "x", "text"},                    // empty word: nothing to find
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         QString text = U(c.text);
         ReplaceWord(text, U(c.word), U(c.replacement));
         EXPECT_EQ(text, U(c.out)) << c.text << " / " << c.word << " / " << c.replacement;
@@ -120,10 +90,8 @@ TEST(ReplaceWordTest, AgreesWithTheOnePositionAtATimeStepping)
 {
     std::mt19937 random(12345);
     const QString alphabet = QStringLiteral("ab._+1 (");
-    const QString words[] = {QStringLiteral("a"), QStringLiteral("ab"), QStringLiteral("a."), QStringLiteral("+"),
-                             QStringLiteral("b a")};
-    const QString replacements[] = {QString(), QStringLiteral("x"), QStringLiteral("Math.a"), QStringLiteral("(1)"),
-                                    QStringLiteral("a")};
+    const QString words[] = {u"a"_s, u"ab"_s, u"a."_s, u"+"_s, u"b a"_s};
+    const QString replacements[] = {QString(), u"x"_s, u"Math.a"_s, u"(1)"_s, u"a"_s};
     int compared = 0;
     for (int round = 0; round < 3000; ++round) {
         QString text;
@@ -137,8 +105,7 @@ TEST(ReplaceWordTest, AgreesWithTheOnePositionAtATimeStepping)
             continue;
         QString actual = text;
         ReplaceWord(actual, word, replacement);
-        ASSERT_EQ(actual, expected) << text.toStdString() << " / " << word.toStdString() << " / "
-                                    << replacement.toStdString();
+        ASSERT_EQ(actual, expected) << qPrintable(text + " / " + word + " / " + replacement);
         ++compared;
     }
     EXPECT_GT(compared, 2900);

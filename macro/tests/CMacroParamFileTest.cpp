@@ -4,13 +4,19 @@
 
 #include <QDir>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-CMacroParam Param(const char* name, const char* value, const char* description, std::uint32_t type)
+struct P { const char *name, *value, *description; std::uint32_t type; };
+CArray<CMacroParam> List(std::initializer_list<P> specs)
 {
-    CMacroParam param(QString::fromUtf8(name), QString::fromUtf8(value), QString::fromUtf8(description));
-    param.SetDataType(type);
-    return param;
+    CArray<CMacroParam> list;
+    for (const P& p : specs) {
+        list.Add(CMacroParam(QString::fromUtf8(p.name), QString::fromUtf8(p.value), QString::fromUtf8(p.description)));
+        list[list.GetSize() - 1].SetDataType(p.type);
+    }
+    return list;
 }
 
 // Names, values, descriptions and types of a list, one line each.
@@ -18,7 +24,7 @@ QStringList Fields(const CArray<CMacroParam>& params)
 {
     QStringList lines;
     for (const CMacroParam& p : params)
-        lines << QStringLiteral("%1|%2|%3|%4").arg(p.GetName(), p.GetValue(), p.GetDescription()).arg(p.GetDataType());
+        lines << u"%1|%2|%3|%4"_s.arg(p.GetName(), p.GetValue(), p.GetDescription()).arg(p.GetDataType());
     return lines;
 }
 
@@ -27,16 +33,16 @@ QStringList Fields(const CArray<CMacroParam>& params)
 class CMacroParamFileTest : public TempHomeTest
 {
 protected:
-    QString Settings(const QByteArray& xml, const QString& name = QStringLiteral("m.xml"))
+    QString Settings(const QByteArray& xml, const QString& name = u"m.xml"_s)
     {
         EXPECT_TRUE(WriteBytes(HomeFile(name), xml));
         return HomeFile(name);
     }
     // A script file on drive C; returns its Windows-style path.
-    QString Script(const QByteArray& bytes, const QString& name = QStringLiteral("s.js"))
+    QString Script(const QByteArray& bytes, const QString& name = u"s.js"_s)
     {
         EXPECT_TRUE(WriteBytes(HomeFile("drives/c/") + name, bytes));
-        return QStringLiteral("C:\\") + name;
+        return u"C:\\"_s + name;
     }
     static QStringList Inputs(const CMacroParamFile& file, CArray<CMacroParam> params = {})
     {
@@ -51,33 +57,38 @@ protected:
     // A file object that holds something in every field.
     void Fill(CMacroParamFile& file)
     {
-        const QByteArray xml = "<Script><ScriptFile Name=\"" + Script("old script", QStringLiteral("old.js")).toUtf8()
+        const QByteArray xml = "<Script><ScriptFile Name=\"" + Script("old script", u"old.js"_s).toUtf8()
             + "\"/><ParamsInput><Param Name=\"a\"/></ParamsInput><ParamsOutput><Param Name=\"b\"/></ParamsOutput></Script>";
-        ASSERT_TRUE(file.Read(Settings(xml, QStringLiteral("old.xml"))));
-        file.SetErrorText(QStringLiteral("earlier"));
+        ASSERT_TRUE(file.Read(Settings(xml, u"old.xml"_s)));
+        file.SetErrorText(u"earlier"_s);
+    }
+    // Error text, settings path, script file and script.
+    static QStringList State(const CMacroParamFile& f)
+    {
+        return {f.GetErrorText(), f.GetFilePath(), f.GetScriptFile(), f.GetScript()};
     }
     static void ExpectCleared(const CMacroParamFile& file)
     {
-        CArray<CMacroParam> stale;
-        stale.Add(CMacroParam());
-        EXPECT_TRUE(Inputs(file, stale).isEmpty());
-        EXPECT_TRUE(Outputs(file, stale).isEmpty());
-        EXPECT_TRUE(file.GetErrorText().isEmpty());
-        EXPECT_TRUE(file.GetFilePath().isEmpty());
-        EXPECT_TRUE(file.GetScript().isEmpty());
-        EXPECT_TRUE(file.GetScriptFile().isEmpty());
+        const CArray<CMacroParam> stale = List({{"x", "1", "d", 1}});
+        EXPECT_EQ(Inputs(file, stale) + Outputs(file, stale), QStringList());
+        EXPECT_EQ(State(file), QStringList(4, QString()));
+    }
+    // The one message box shown so far: "不存在文件" and the path, no caption, an OK button.
+    void ExpectOneMessage(const QString& path)
+    {
+        ASSERT_EQ(Ui().calls.size(), 1);
+        EXPECT_EQ(Ui().calls[0].text, u"不存在文件"_s + path);
+        EXPECT_TRUE(Ui().calls[0].caption.isEmpty());
+        EXPECT_EQ(Ui().calls[0].style, UIFunction::MB_OK);
     }
 };
 
 TEST_F(CMacroParamFileTest, SaveWritesTheExactDocumentAndHalvedScript)
 {
     ASSERT_TRUE(QDir().mkpath(HomeFile("drives/d/js")));
-    CArray<CMacroParam> inputs, outputs;
-    inputs.Add(Param("L", "1200", "长度", 1));
-    outputs.Add(Param("W", "", "", 1));
     CMacroParamFile file;
-    file.SetFilePath(QStringLiteral("D:\\js\\w.xml"));
-    ASSERT_TRUE(file.Save(inputs, outputs, QStringLiteral("D:\\js\\w.js"), QStringLiteral("W = L;")));
+    file.SetFilePath(u"D:\\js\\w.xml"_s);
+    ASSERT_TRUE(file.Save(List({{"L", "1200", "长度", 1}}), List({{"W", "", "", 1}}), u"D:\\js\\w.js"_s, u"W = L;"_s));
     EXPECT_EQ(ReadBytes(HomeFile("drives/d/js/w.xml")),
               QStringLiteral("<Script><ScriptFile Name=\"D:\\js\\w.js\"/><ParamsInput>"
                              "<Param Name=\"L\" Value=\"1200\" Description=\"长度\" Type=\"1\"/></ParamsInput>"
@@ -87,7 +98,7 @@ TEST_F(CMacroParamFileTest, SaveWritesTheExactDocumentAndHalvedScript)
     EXPECT_TRUE(file.GetErrorText().isEmpty());
     // Empty lists are empty elements; a script file that cannot be written is no failure.
     file.SetFilePath(HomeFile("e.xml"));
-    ASSERT_TRUE(file.Save({}, {}, QStringLiteral("C:\\missing\\folder\\s.js"), QStringLiteral("x")));
+    ASSERT_TRUE(file.Save({}, {}, u"C:\\missing\\folder\\s.js"_s, u"x"_s));
     EXPECT_EQ(ReadBytes(HomeFile("e.xml")),
               QByteArray("<Script><ScriptFile Name=\"C:\\missing\\folder\\s.js\"/><ParamsInput/><ParamsOutput/></Script>"));
     EXPECT_TRUE(file.GetErrorText().isEmpty());
@@ -95,24 +106,18 @@ TEST_F(CMacroParamFileTest, SaveWritesTheExactDocumentAndHalvedScript)
 
 TEST_F(CMacroParamFileTest, ParametersRoundTripWithAwkwardValues)
 {
-    CArray<CMacroParam> inputs, outputs;
-    inputs.Add(Param("q", "say \"hi\" & 'bye'", "<tag>", 0));
-    inputs.Add(Param("长", "钢筋 HRB400", "中文说明", 1));
-    inputs.Add(Param("ws", " a\tb\r\nc ", "  ", 2));
-    inputs.Add(Param("neg", "-1", "", 0xFFFFFFFFu));
-    inputs.Add(Param("", "", "", 0));
-    outputs.Add(Param("A", "1}{2", "a]]>b", 1));
-    outputs.Add(Param("B", "x", "", 2147483647));
+    const CArray<CMacroParam> inputs = List({{"q", "say \"hi\" & 'bye'", "<tag>", 0}, {"长", "钢筋 HRB400", "中文说明", 1},
+                                             {"ws", " a\tb\r\nc ", "  ", 2}, {"neg", "-1", "", 0xFFFFFFFFu}, {"", "", "", 0}});
+    const CArray<CMacroParam> outputs = List({{"A", "1}{2", "a]]>b", 1}, {"B", "x", "", 2147483647}});
     const QString script = Script("placeholder");
     CMacroParamFile writer, reader;
     writer.SetFilePath(HomeFile("r.xml"));
-    ASSERT_TRUE(writer.Save(inputs, outputs, script, QStringLiteral("var x = 1;")));
+    ASSERT_TRUE(writer.Save(inputs, outputs, script, u"var x = 1;"_s));
     ASSERT_TRUE(reader.Read(HomeFile("r.xml")));
     EXPECT_EQ(Inputs(reader), Fields(inputs));
     EXPECT_EQ(Outputs(reader), Fields(outputs));
-    EXPECT_EQ(reader.GetScriptFile(), script);
     // The halved write leaves "v\0a\0r\0..."; the read stops at the first zero byte.
-    EXPECT_EQ(reader.GetScript(), QStringLiteral("v"));
+    EXPECT_EQ(State(reader), (QStringList{QString(), HomeFile("r.xml"), script, u"v"_s}));
     EXPECT_TRUE(Ui().calls.isEmpty());
 }
 
@@ -128,17 +133,16 @@ TEST_F(CMacroParamFileTest, ReadTakesAnyRootListsTypesAndTheGbkScript)
     QStringList expected;
     for (const auto& t : types) {
         xml += QByteArray("<Param Name=\"n\"") + (t[0] ? QByteArray(" Type=\"") + t[0] + '"' : QByteArray()) + "/>";
-        expected << QStringLiteral("n|||") + QString::fromUtf8(t[1]);
+        expected << u"n|||"_s + QString::fromUtf8(t[1]);
     }
     xml += "<Other V=\"x\"/><Param Name=\"a\"><Param Name=\"nested\"/></Param></ParamsInput>"
            "<ParamsInput><Param Name=\"b\"/></ParamsInput></Other>";
-    expected << QStringLiteral("|||0") << QStringLiteral("a|||0") << QStringLiteral("b|||0"); // any child counts
+    expected << u"|||0"_s << u"a|||0"_s << u"b|||0"_s; // any child counts
     CMacroParamFile file;
     ASSERT_TRUE(file.Read(Settings(xml)));
     EXPECT_EQ(Inputs(file), expected);
-    EXPECT_EQ(Outputs(file), QStringList{QStringLiteral("o|||0")});
-    EXPECT_EQ(file.GetScript(), QStringLiteral("var a = 1; // 长度"));
-    EXPECT_EQ(file.GetScriptFile(), QStringLiteral("C:\\s.js"));
+    EXPECT_EQ(Outputs(file), QStringList{u"o|||0"_s});
+    EXPECT_EQ(State(file), (QStringList{QString(), HomeFile("m.xml"), u"C:\\s.js"_s, u"var a = 1; // 长度"_s}));
 }
 
 TEST_F(CMacroParamFileTest, UnloadableDocumentsClearEverythingWithoutMessage)
@@ -148,10 +152,9 @@ TEST_F(CMacroParamFileTest, UnloadableDocumentsClearEverythingWithoutMessage)
         QByteArray("<?xml version=\"1.0\"?>"), QByteArray("<Script/><Script/>"),
         QByteArray("\xFF\xFE<\0S\0/\0", 8), QByteArray("<Script>\xFF</Script>"), QByteArray("<Script>&undefined;</Script>"),
     };
-    QStringList paths = {HomeFile("missing.xml"), QStringLiteral("Z:\\nowhere\\m.xml"), QString(), Home(),
-                         QStringLiteral("/dev/zero")};
+    QStringList paths = {HomeFile("missing.xml"), u"Z:\\nowhere\\m.xml"_s, QString(), Home(), u"/dev/zero"_s};
     for (const QByteArray& body : bodies)
-        paths << Settings(body, QString::fromLatin1(body.toHex()) + QStringLiteral(".xml"));
+        paths << Settings(body, QString::fromLatin1(body.toHex()) + u".xml"_s);
     for (const QString& path : paths) {
         CMacroParamFile file;
         Fill(file);
@@ -171,58 +174,43 @@ TEST_F(CMacroParamFileTest, MissingScriptFileShowsMessageAndKeepsLists)
                                   "</ParamsInput><ParamsOutput><Param Name=\"W\"/></ParamsOutput></Script>");
     CMacroParamFile file;
     EXPECT_FALSE(file.Read(path));
-    EXPECT_EQ(file.GetErrorText(), QStringLiteral("CMacroParamFile::Read出错:文件C:\\js\\gone.js读取失败"));
-    ASSERT_EQ(Ui().calls.size(), 1);
-    EXPECT_EQ(Ui().calls[0].text, QStringLiteral("不存在文件C:\\js\\gone.js"));
-    EXPECT_TRUE(Ui().calls[0].caption.isEmpty());
-    EXPECT_EQ(Ui().calls[0].style, UIFunction::MB_OK);
-    EXPECT_EQ(Inputs(file), QStringList{QStringLiteral("L|||1")});
-    EXPECT_EQ(Outputs(file), QStringList{QStringLiteral("W|||0")});
-    EXPECT_EQ(file.GetFilePath(), path);
-    EXPECT_EQ(file.GetScriptFile(), QStringLiteral("C:\\js\\gone.js"));
-    EXPECT_TRUE(file.GetScript().isEmpty());
+    ExpectOneMessage(u"C:\\js\\gone.js"_s);
+    EXPECT_EQ(Inputs(file), QStringList{u"L|||1"_s});
+    EXPECT_EQ(Outputs(file), QStringList{u"W|||0"_s});
+    EXPECT_EQ(State(file), (QStringList{u"CMacroParamFile::Read出错:文件C:\\js\\gone.js读取失败"_s, path,
+                                        u"C:\\js\\gone.js"_s, QString()}));
 }
 
 TEST_F(CMacroParamFileTest, ScriptFileOnlyCountsAsFirstChild)
 {
-    const QByteArray notFirst[] = {
-        "<Script><ParamsInput/><ScriptFile Name=\"C:\\s.js\"/></Script>",
-        "<Script><!-- c --><ScriptFile Name=\"C:\\s.js\"/></Script>",
-        "<Script><scriptfile Name=\"C:\\s.js\"/></Script>",
-        "<Script>text<ScriptFile Name=\"C:\\s.js\"/></Script>",
-    };
+    const QByteArray notFirst[] = {"<ParamsInput/><ScriptFile", "<!-- c --><ScriptFile", "<scriptfile", "text<ScriptFile"};
     Script("exists");
     for (const QByteArray& xml : notFirst) {
         CMacroParamFile file;
         Ui().Clear();
-        EXPECT_FALSE(file.Read(Settings(xml))) << xml.constData();
-        EXPECT_EQ(file.GetErrorText(), QStringLiteral("CMacroParamFile::Read出错:文件读取失败"));
-        ASSERT_EQ(Ui().calls.size(), 1);
-        EXPECT_EQ(Ui().calls[0].text, QStringLiteral("不存在文件"));
+        EXPECT_FALSE(file.Read(Settings("<Script>" + xml + " Name=\"C:\\s.js\"/></Script>"))) << xml.constData();
+        EXPECT_EQ(file.GetErrorText(), u"CMacroParamFile::Read出错:文件读取失败"_s);
+        ExpectOneMessage(QString());
     }
     // A script file read before stays, with its script; the lists are emptied first.
     CMacroParamFile file;
     Fill(file);
     EXPECT_TRUE(file.Read(Settings("<Script><ParamsInput><Param Name=\"n\"/></ParamsInput></Script>")));
-    EXPECT_EQ(file.GetScriptFile(), QStringLiteral("C:\\old.js"));
-    EXPECT_EQ(file.GetScript(), QStringLiteral("old script"));
-    EXPECT_EQ(Inputs(file), QStringList{QStringLiteral("n|||0")});
+    EXPECT_EQ(Inputs(file), QStringList{u"n|||0"_s});
     EXPECT_TRUE(Outputs(file).isEmpty());
-    EXPECT_EQ(file.GetErrorText(), QStringLiteral("earlier")); // a success does not clear it
+    // A success does not clear the error text.
+    EXPECT_EQ(State(file), (QStringList{u"earlier"_s, HomeFile("m.xml"), u"C:\\old.js"_s, u"old script"_s}));
 }
 
 TEST_F(CMacroParamFileTest, SaveFailureKeepsWhatWasGiven)
 {
-    CArray<CMacroParam> inputs;
-    inputs.Add(Param("L", "1", "", 0));
+    const CArray<CMacroParam> inputs = List({{"L", "1", "", 0}});
     for (const QString& target : {HomeFile("no/such/folder/m.xml"), QString(), Home()}) {
         CMacroParamFile file;
         file.SetFilePath(target);
-        EXPECT_FALSE(file.Save(inputs, {}, QStringLiteral("C:\\never.js"), QStringLiteral("script")));
-        EXPECT_EQ(file.GetErrorText(), QStringLiteral("CMacroParamFile::Save保存出错"));
-        EXPECT_EQ(file.GetScript(), QStringLiteral("script"));
-        EXPECT_EQ(file.GetScriptFile(), QStringLiteral("C:\\never.js"));
-        EXPECT_EQ(Inputs(file), QStringList{QStringLiteral("L|1||0")});
+        EXPECT_FALSE(file.Save(inputs, {}, u"C:\\never.js"_s, u"script"_s));
+        EXPECT_EQ(State(file), (QStringList{u"CMacroParamFile::Save保存出错"_s, target, u"C:\\never.js"_s, u"script"_s}));
+        EXPECT_EQ(Inputs(file), QStringList{u"L|1||0"_s});
         EXPECT_FALSE(QFile::exists(HomeFile("drives/c/never.js"))); // the script is not written
     }
 }

@@ -1,6 +1,7 @@
 #include "CMacro.h"
 #include "CMacroParam.h"
 
+#include <QStringList>
 #include <gtest/gtest.h>
 
 namespace {
@@ -16,15 +17,8 @@ CMacroParam Param(const char* name, const char* value, std::uint32_t type)
 
 TEST(CMacroParamTest, ToJsDeclarationTable)
 {
-    const struct
-    {
-        const char* name;
-        const char* value;
-        std::uint32_t type;
-        const char* expected;
-    } cases[] = {
-        {"L", "1200", 1, "var L = 1200;"},
-        {"L", "1200", 0, "var L = \"1200\";"},
+    const struct { const char *name, *value; std::uint32_t type; const char* expected; } cases[] = {
+        {"L", "1200", 1, "var L = 1200;"}, {"L", "1200", 0, "var L = \"1200\";"},
         {"n", "", 1, "var n = ;"},                          // empty literal: nothing between = and ;
         {"q", "a\"b", 0, "var q = \"a\"b\";"},              // unbalanced quote kept as is
         {"p", "C:\\x", 0, "var p = \"C:\\x\";"},            // backslash not escaped
@@ -35,8 +29,8 @@ TEST(CMacroParamTest, ToJsDeclarationTable)
         EXPECT_EQ(Param(c.name, c.value, c.type).ToJsDeclaration(), QString::fromUtf8(c.expected)) << c.name << c.value;
 }
 
-// Copies take every field and list but never the script file: a copy
-// starts without one and an assignment keeps the target's own.
+// Copies take every field and list but never the script file: a copy starts without one and an
+// assignment keeps the target's own.
 TEST(CMacroTest, CopiesLeaveTheScriptFileBehind)
 {
     CMacro source(4, QStringLiteral("src"), QStringLiteral("d"), QStringLiteral("W = L * 2;"));
@@ -52,11 +46,9 @@ TEST(CMacroTest, CopiesLeaveTheScriptFileBehind)
     assigned = source;
     CMacro copy(source);
     for (const CMacro* m : {&copy, &assigned}) {
-        EXPECT_EQ(m->GetId(), 17);
-        EXPECT_EQ(m->GetType(), 4);
-        EXPECT_EQ(m->GetName(), QStringLiteral("src"));
-        EXPECT_EQ(m->GetDescription(), QStringLiteral("d"));
-        EXPECT_EQ(m->GetContent(), QStringLiteral("W = L * 2;"));
+        EXPECT_EQ((QStringList{QString::number(m->GetId()), QString::number(m->GetType()), m->GetName(),
+                               m->GetDescription(), m->GetContent()}),
+                  (QStringList{"17", "4", "src", "d", "W = L * 2;"}));
         ASSERT_EQ(m->InputParams().GetSize(), 2);
         EXPECT_EQ(m->InputParams()[1].GetValue(), QStringLiteral("a"));
         EXPECT_EQ(m->InputParams()[0].GetDataType(), 1);

@@ -4,20 +4,13 @@
 
 #include <sys/stat.h>
 
-class TextFileTest : public TempHomeTest
-{
-};
+using TextFileTest = TempHomeTest;
 
 // Half the UTF-16 bytes: one byte per character.
 TEST_F(TextFileTest, WriteTextFileWritesTheFirstHalfOfTheUtf16Bytes)
 {
-    const struct
-    {
-        QString text;
-        QByteArray bytes;
-    } cases[] = {
-        {QStringLiteral("abcd"), QByteArray("a\0b\0", 4)},
-        {QStringLiteral("abc"), QByteArray("a\0b", 3)},
+    const struct { QString text; QByteArray bytes; } cases[] = {
+        {QStringLiteral("abcd"), QByteArray("a\0b\0", 4)}, {QStringLiteral("abc"), QByteArray("a\0b", 3)},
         {QStringLiteral("长度单位"), QByteArray("\x7F\x95\xA6\x5E", 4)}, // U+957F U+5EA6 only
         {QString(), QByteArray()},
     };
@@ -36,13 +29,8 @@ TEST_F(TextFileTest, WriteTextFileWritesTheFirstHalfOfTheUtf16Bytes)
 
 TEST_F(TextFileTest, ReadTextFileDecodesGbkUpToAZeroByte)
 {
-    const struct
-    {
-        QByteArray bytes;
-        QString text;
-    } cases[] = {
-        {QByteArray("\xB3\xA4\xB6\xC8"), QStringLiteral("长度")},
-        {QByteArray(), QString()},
+    const struct { QByteArray bytes; QString text; } cases[] = {
+        {QByteArray("\xB3\xA4\xB6\xC8"), QStringLiteral("长度")}, {QByteArray(), QString()},
         {QByteArray("a\0b\0", 4), QStringLiteral("a")}, // what WriteTextFile leaves
         {QByteArray("x\xFFy"), QStringLiteral("x?y")},  // invalid GBK byte
     };
