@@ -22,11 +22,13 @@ struct TableApi
     bool (*set)(const QString&, const QString&);
 };
 
-const TableApi kMacros{"Macros", &CAccessSysData_MacrosTable::GetDataSet, &CAccessSysData_MacrosTable::GetMacroContent,
-                       &CAccessSysData_MacrosTable::SetMacroContent};
-const TableApi kMacrosV2{"MacrosV2", &CAccessSysData_MacrosV2Table::GetDataSet,
-                         &CAccessSysData_MacrosV2Table::GetMacroContent,
-                         &CAccessSysData_MacrosV2Table::SetMacroContent};
+template <class Table>
+constexpr TableApi Api(const char* name)
+{
+    return {name, &Table::GetDataSet, &Table::GetMacroContent, &Table::SetMacroContent};
+}
+const TableApi kMacros = Api<CAccessSysData_MacrosTable>("Macros");
+const TableApi kMacrosV2 = Api<CAccessSysData_MacrosV2Table>("MacrosV2");
 
 class AccessSysDataTest : public DbBackendTest
 {
@@ -72,14 +74,10 @@ TEST_P(AccessSysDataTest, AnyKeyOrTextRoundTripsAndSettingAgainReplaces)
     QString big;
     while (big.size() < (1 << 20))
         big += QStringLiteral("var 长度 = 2 * (b + h);\r\n");
-    const QString cases[][2] = {{"通用脚本\\钢筋重量.js", "// 钢筋 'kg/m'\r\nvar W = 0.00617 * d * d;\r\n"},
-                                {"it's.js", "x = 'y';"},
-                                {"a'; drop table Macros; --", "'); delete from MacrosV2; --"},
-                                {"?:name", ":name ? $1"},
-                                {"back\\slash\\", "\\'\\\""},
-                                {" spaced ", ""},
-                                {"big.js", big},
-                                {"it's.js", "replaced"}};
+    const QString cases[][2] = {
+        {"通用脚本\\钢筋重量.js", "// 钢筋 'kg/m'\r\nvar W = 0.00617 * d * d;\r\n"}, {"it's.js", "x = 'y';"},
+        {"a'; drop table Macros; --", "'); delete from MacrosV2; --"}, {"?:name", ":name ? $1"},
+        {"back\\slash\\", "\\'\\\""}, {" spaced ", ""}, {"big.js", big}, {"it's.js", "replaced"}};
     Both([&](const TableApi& api) {
         for (const auto& c : cases) {
             ASSERT_TRUE(api.set(c[0], c[1])) << c[0].toStdString();
@@ -99,8 +97,7 @@ TEST_P(AccessSysDataTest, DataSetListsEveryScriptInKeyOrder)
         ASSERT_NE(empty, nullptr);
         EXPECT_EQ(empty->GetRowCount(), 0);
         EXPECT_EQ(empty->GetFieldCount(), 4);
-        const QStringList keys{QStringLiteral("板\\b.js"), QStringLiteral("A.js"), QStringLiteral("梁\\a.js"),
-                               QStringLiteral("a.js"), QStringLiteral("B.js")};
+        const QStringList keys{"板\\b.js", "A.js", "梁\\a.js", "a.js", "B.js"};
         for (const QString& key : keys)
             ASSERT_TRUE(api.set(key, QStringLiteral("text of ") + key));
         auto set = api.getDataSet();
@@ -120,9 +117,7 @@ TEST_P(AccessSysDataTest, DataSetListsEveryScriptInKeyOrder)
 
 VELMORA_INSTANTIATE_DB_BACKENDS(AccessSysDataTest);
 
-class AccessSysDataOnAccessFileTest : public AccessFixtureTest
-{
-};
+using AccessSysDataOnAccessFileTest = AccessFixtureTest;
 
 TEST_F(AccessSysDataOnAccessFileTest, ReadsButNeverWritesAnAccessSystemDatabase)
 {

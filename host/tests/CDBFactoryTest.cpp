@@ -19,16 +19,8 @@ namespace {
 class DBFactoryTest : public TempHomeTest
 {
 protected:
-    void SetUp() override
-    {
-        TempHomeTest::SetUp();
-        CDBFactory::ReleaseThread();
-    }
-    void TearDown() override
-    {
-        CDBFactory::ReleaseThread();
-        TempHomeTest::TearDown();
-    }
+    void SetUp() override { TempHomeTest::SetUp(); CDBFactory::ReleaseThread(); }
+    void TearDown() override { CDBFactory::ReleaseThread(); TempHomeTest::TearDown(); }
 };
 
 bool HasTable(CDataServiceAbsolute* db, const char* table)
@@ -49,10 +41,9 @@ TEST_F(DBFactoryTest, FirstUseCreatesASqliteFileWithAWriteAheadLog)
     QString mode;
     ASSERT_TRUE(db->Retrieve(QStringLiteral("PRAGMA journal_mode"), mode));
     EXPECT_EQ(mode, QStringLiteral("wal"));
-    CComDB plain;
-    const QString other = HomeFile(QStringLiteral("plain.db"));
-    ASSERT_TRUE(WriteBytes(other, QByteArray()));
-    ASSERT_TRUE(plain.Connect(other, QString(), QString()));
+    CComDB plain; // a plain connection leaves the journal alone
+    ASSERT_TRUE(WriteBytes(HomeFile(QStringLiteral("plain.db")), QByteArray()));
+    ASSERT_TRUE(plain.Connect(HomeFile(QStringLiteral("plain.db")), QString(), QString()));
     ASSERT_TRUE(plain.Retrieve(QStringLiteral("PRAGMA journal_mode"), mode));
     EXPECT_EQ(mode, QStringLiteral("delete"));
 }
@@ -64,9 +55,9 @@ TEST_F(DBFactoryTest, ExistingDataIsKeptAndMissingTablesAdded)
         CComDB seed;
         ASSERT_TRUE(WriteBytes(path, QByteArray()));
         ASSERT_TRUE(seed.Connect(path, QString(), QString()));
-        ASSERT_TRUE(seed.ExecuteNonQuery(QStringLiteral("create table Macros (key_ch text, key_en text, content "
-                                                         "text, description text)")));
-        ASSERT_TRUE(seed.ExecuteNonQuery(QStringLiteral("insert into Macros values ('k', 'e', 'c', 'd')")));
+        for (const char* sql : {"create table Macros (key_ch text, key_en text, content text, description text)",
+                                "insert into Macros values ('k', 'e', 'c', 'd')"})
+            ASSERT_TRUE(seed.ExecuteNonQuery(QString::fromUtf8(sql)));
     }
     QString content;
     ASSERT_TRUE(CAccessSysData_MacrosTable::GetMacroContent(QStringLiteral("k"), content));
@@ -97,9 +88,8 @@ TEST_F(DBFactoryTest, FollowsTheHostContextButKeepsAnExplicitConnection)
 
 TEST_F(DBFactoryTest, UnusableSystemDatabaseGivesAFailingService)
 {
-    const QString blocker = HomeFile(QStringLiteral("plainfile"));
-    ASSERT_TRUE(WriteBytes(blocker, "x"));
-    HostContext::Instance().SetSystemDatabase(blocker + QStringLiteral("/system.db"));
+    ASSERT_TRUE(WriteBytes(HomeFile(QStringLiteral("plainfile")), "x"));
+    HostContext::Instance().SetSystemDatabase(HomeFile(QStringLiteral("plainfile/system.db")));
     CDataServiceAbsolute* db = CDBFactory::GetSingle(0);
     ASSERT_NE(db, nullptr);
     EXPECT_FALSE(db->IsConnected());
@@ -124,16 +114,14 @@ TEST_F(DBFactoryTest, EachThreadHasItsOwnConnection)
 {
     CDataServiceAbsolute* mainService = CDBFactory::GetSingle(0);
     ASSERT_TRUE(mainService->IsConnected());
-    constexpr int kThreads = 4;
-    constexpr int kKeys = 25;
-    std::vector<const void*> services(kThreads, nullptr);
+    constexpr int kThreads = 4, kKeys = 25;
+    std::vector<const void*> services(kThreads + 1, mainService);
     std::vector<int> stored(kThreads, 0);
     std::vector<std::thread> threads;
-    std::latch allConnected(kThreads);
+    std::latch allConnected(kThreads); // keeps every thread (and so its service) alive until all have one
     for (int t = 0; t < kThreads; ++t) {
         threads.emplace_back([&, t] {
             services[size_t(t)] = CDBFactory::GetSingle(0);
-            // Keep every thread (and so its service) alive until all have one.
             allConnected.arrive_and_wait();
             for (int k = 0; k < kKeys; ++k) {
                 const QString key = QStringLiteral("t%1\\k%2.js").arg(t).arg(k);
@@ -143,8 +131,7 @@ TEST_F(DBFactoryTest, EachThreadHasItsOwnConnection)
     }
     for (std::thread& thread : threads)
         thread.join();
-    std::set<const void*> distinct(services.begin(), services.end());
-    distinct.insert(mainService);
+    const std::set<const void*> distinct(services.begin(), services.end());
     EXPECT_EQ(distinct.size(), size_t(kThreads + 1));
     for (int t = 0; t < kThreads; ++t)
         EXPECT_EQ(stored[size_t(t)], kKeys) << "thread " << t;
@@ -163,9 +150,7 @@ TEST_F(DBFactoryTest, ServerUserMayComeFromTheCall)
     EXPECT_FALSE(db.Connect(withoutUser, QStringLiteral("nosuchrole"), QString()));
 }
 
-class SystemDatabaseTest : public DbBackendTest
-{
-};
+using SystemDatabaseTest = DbBackendTest;
 
 TEST_P(SystemDatabaseTest, FirstUseCreatesTheSchemaOnce)
 {

@@ -60,13 +60,7 @@ TEST_F(MdbFixtureTest, SelectsColumnsWithConditionsAndOrder)
     QList<QVariantList> ids;
     ASSERT_TRUE(Run(QStringLiteral("select UserId from Users"), ids));
     const QString firstId = ids[0][0].toString();
-    const struct
-    {
-        QString sql;
-        QVariantList params;
-        QStringList firstColumn;
-        int columns;
-    } cases[] = {
+    const struct { QString sql; QVariantList params; QStringList firstColumn; int columns; } cases[] = {
         {"select [key_en], content from Macros where key_ch = ?", {QStringLiteral("梁\\箍筋长度.js")}, {"StirrupLength"}, 2},
         {"SELECT key_en FROM macros ORDER BY key_en DESC;", {}, {"StirrupLength", "RebarWeight", "Empty", "Distribution"}, 1},
         {"select * from Macros where key_en = 'Empty' and description = ''", {}, {"空"}, 4},
@@ -91,20 +85,18 @@ TEST_F(MdbFixtureTest, SelectsColumnsWithConditionsAndOrder)
 
 TEST_F(MdbFixtureTest, RefusesWhatItCannotAnswerWithAReason)
 {
-    const struct
-    {
-        const char* sql;
-        int params;
-    } cases[] = {{"insert into Macros values ('a','b','c','d')", 0}, {"update Macros set content = 'x'", 0},
-                 {"delete from Macros", 0}, {"drop table Macros", 0}, {"select from Macros", 0},
-                 {"select key_ch Macros", 0}, {"select key_ch from", 0},
-                 {"select key_ch from Macros where key_ch", 0}, {"select key_ch from Macros where key_ch > 'a'", 0},
-                 {"select key_ch from Macros where key_ch = 'a' or key_en = 'b'", 0},
-                 {"select key_ch from Macros where key_ch = 'unterminated", 0}, {"select [key_ch from Macros", 0},
-                 {"select key_ch from Macros; delete from Macros", 0}, {"select max(id) from Macros", 0},
-                 {"select nope from Macros", 0}, {"select key_ch from Macros where nope = 1", 0},
-                 {"select key_ch from Macros order by nope", 0}, {"select key_ch from Macros where key_ch = ?", 0},
-                 {"select key_ch from Macros", 1}, {"select * from Users2", 0}, {"", 0}};
+    // params: how many parameters the call passes.
+    const struct { const char* sql; int params; } cases[] = {
+        {"insert into Macros values ('a','b','c','d')", 0}, {"update Macros set content = 'x'", 0},
+        {"delete from Macros", 0}, {"drop table Macros", 0}, {"select from Macros", 0}, {"select key_ch Macros", 0},
+        {"select key_ch from", 0}, {"select key_ch from Macros where key_ch", 0},
+        {"select key_ch from Macros where key_ch > 'a'", 0},
+        {"select key_ch from Macros where key_ch = 'a' or key_en = 'b'", 0},
+        {"select key_ch from Macros where key_ch = 'unterminated", 0}, {"select [key_ch from Macros", 0},
+        {"select key_ch from Macros; delete from Macros", 0}, {"select max(id) from Macros", 0},
+        {"select nope from Macros", 0}, {"select key_ch from Macros where nope = 1", 0},
+        {"select key_ch from Macros order by nope", 0}, {"select key_ch from Macros where key_ch = ?", 0},
+        {"select key_ch from Macros", 1}, {"select * from Users2", 0}, {"", 0}};
     for (const auto& c : cases) {
         QList<QVariantList> rows{{1}};
         EXPECT_FALSE(Run(QString::fromUtf8(c.sql), rows, QVariantList(c.params, QStringLiteral("x")))) << c.sql;
@@ -114,13 +106,14 @@ TEST_F(MdbFixtureTest, RefusesWhatItCannotAnswerWithAReason)
 
 TEST_F(MdbFixtureTest, OpenRefusesWhatIsNotAnAccessFile)
 {
+    const QString text = HomeFile(QStringLiteral("text.mdb"));
+    ASSERT_TRUE(WriteBytes(text, QByteArray(4096, 'x')));
     CMdbDatabase db;
-    EXPECT_FALSE(db.Open(HomeFile(QStringLiteral("missing.mdb"))));
-    EXPECT_FALSE(db.IsOpen());
-    ASSERT_TRUE(WriteBytes(HomeFile(QStringLiteral("text.mdb")), QByteArray(4096, 'x')));
-    EXPECT_FALSE(db.Open(HomeFile(QStringLiteral("text.mdb"))));
-    EXPECT_FALSE(db.Open(Home()));
-    EXPECT_FALSE(db.GetError().isEmpty());
+    for (const QString& path : {HomeFile(QStringLiteral("missing.mdb")), text, Home()}) {
+        EXPECT_FALSE(db.Open(path)) << path.toStdString();
+        EXPECT_FALSE(db.IsOpen());
+        EXPECT_FALSE(db.GetError().isEmpty());
+    }
     QStringList columns;
     QList<QVariantList> rows;
     EXPECT_FALSE(db.ReadTable(QStringLiteral("Macros"), columns, rows));

@@ -40,16 +40,14 @@ protected:
     {
         CComDB* db = SystemDb();
         for (const char* sql : {"create table d (k text, n integer, x double precision, big text)",
-                                "insert into d values ('b', 2, 0.25, 'line1\r\nline2')",
-                                "insert into d values ('a', -7, NULL, NULL)",
-                                "insert into d values ('钢', 2147483647, 1e300, '')", "create table s (v text)",
-                                "insert into s values ('12')", "insert into s values ('abc')"})
+                                "insert into d values ('b', 2, 0.25, 'line1\r\nline2'), ('a', -7, NULL, NULL), "
+                                "('钢', 2147483647, 1e300, '')",
+                                "create table s (v text)", "insert into s values ('12'), ('abc')"})
             ASSERT_TRUE(db->ExecuteNonQuery(QString::fromUtf8(sql))) << sql;
         m_set.SetComDB(db);
-        m_set.AddField(QStringLiteral("k"), FT_String, 200);
-        m_set.AddField(QStringLiteral("n"), FT_Integer, 32);
-        m_set.AddField(QStringLiteral("x"), FT_Double, 0);
-        m_set.AddField(QStringLiteral("big"), FT_LongString, 10000);
+        for (const auto& [name, type, size] :
+             {std::tuple{"k", FT_String, 200}, {"n", FT_Integer, 32}, {"x", FT_Double, 0}, {"big", FT_LongString, 10000}})
+            m_set.AddField(QString::fromUtf8(name), type, size);
         m_set.SetTableName(QStringLiteral("d"));
     }
 

@@ -9,6 +9,7 @@ namespace {
 
 using Fields = CSysMacrosTable::CFieldInfo;
 const QString kProvider = QStringLiteral("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=\"");
+const QString kError = QStringLiteral("error");
 
 class ConnectJSSysDataTest : public TempHomeTest
 {
@@ -21,20 +22,39 @@ protected:
         ASSERT_FALSE(m_native.isEmpty());
     }
 
+    // Each recorded UI call as "kind|text|caption|style".
+    QStringList Calls()
+    {
+        QStringList calls;
+        for (const auto& call : Ui().calls)
+            calls << QStringLiteral("%1|%2|%3|%4").arg(call.kind, call.text, call.caption).arg(call.style);
+        return calls;
+    }
+
+    static void ExpectPaths(const CConnectJSSysData& connection, const QString& path, const QString& folder)
+    {
+        EXPECT_EQ(connection.GetDatabasePath(), path);
+        EXPECT_EQ(connection.GetDatabaseFolder(), folder);
+    }
+
     const QString m_windowsPath = QStringLiteral("D:\\数据\\macros.mdb");
     QString m_native;
 };
 
-TEST_F(ConnectJSSysDataTest, ConnectsToAnAccessFileAndSplitsItsPath)
+TEST_F(ConnectJSSysDataTest, ConnectsToAnAccessFileAndAFailedConnectKeepsItsPaths)
 {
     CConnectJSSysData connection;
     ASSERT_TRUE(connection.ConnectDatabase(m_windowsPath));
     EXPECT_TRUE(Ui().calls.isEmpty());
     EXPECT_EQ(connection.GetConnectionString(), kProvider + m_windowsPath + "\"");
-    EXPECT_EQ(connection.GetDatabasePath(), m_windowsPath);
-    EXPECT_EQ(connection.GetDatabaseFolder(), QStringLiteral("D:\\数据"));
+    ExpectPaths(connection, m_windowsPath, QStringLiteral("D:\\数据"));
     ASSERT_NE(connection.GetDatabase(), nullptr);
     EXPECT_TRUE(connection.GetDatabase()->IsConnected());
+    const QString notAccess = HomeFile(QStringLiteral("text.mdb"));
+    ASSERT_TRUE(WriteBytes(notAccess, QByteArray(5000, 't')));
+    EXPECT_FALSE(connection.ConnectDatabase(notAccess));
+    EXPECT_EQ(Calls(), QStringList{"MessageBox|连接到" + notAccess + "失败||64"});
+    ExpectPaths(connection, m_windowsPath, QStringLiteral("D:\\数据"));
 }
 
 TEST_F(ConnectJSSysDataTest, MissingFileShowsBothMessagesAndFails)
@@ -42,30 +62,9 @@ TEST_F(ConnectJSSysDataTest, MissingFileShowsBothMessagesAndFails)
     CConnectJSSysData connection;
     const QString missing = QStringLiteral("D:\\数据\\没有.mdb");
     EXPECT_FALSE(connection.ConnectDatabase(missing));
-    ASSERT_EQ(Ui().calls.size(), 2);
-    EXPECT_EQ(Ui().calls[0].kind, QStringLiteral("MessageBox"));
-    EXPECT_EQ(Ui().calls[0].text, QStringLiteral("没有找到连接的数据库!"));
-    EXPECT_EQ(Ui().calls[0].caption, QString());
-    EXPECT_EQ(Ui().calls[0].style, 64u);
-    EXPECT_EQ(Ui().calls[1].text, QStringLiteral("连接到D:\\数据\\没有.mdb失败"));
-    EXPECT_EQ(Ui().calls[1].caption, QString());
-    EXPECT_EQ(Ui().calls[1].style, 64u);
+    EXPECT_EQ(Calls(), QStringList({"MessageBox|没有找到连接的数据库!||64", "MessageBox|连接到" + missing + "失败||64"}));
     EXPECT_EQ(connection.GetConnectionString(), kProvider + missing + "\"");
-    EXPECT_EQ(connection.GetDatabasePath(), QStringLiteral("error"));
-    EXPECT_EQ(connection.GetDatabaseFolder(), QStringLiteral("error"));
-}
-
-TEST_F(ConnectJSSysDataTest, FailedConnectKeepsTheEarlierPaths)
-{
-    CConnectJSSysData connection;
-    ASSERT_TRUE(connection.ConnectDatabase(m_windowsPath));
-    const QString notAccess = HomeFile(QStringLiteral("text.mdb"));
-    ASSERT_TRUE(WriteBytes(notAccess, QByteArray(5000, 't')));
-    EXPECT_FALSE(connection.ConnectDatabase(notAccess));
-    ASSERT_EQ(Ui().calls.size(), 1);
-    EXPECT_EQ(Ui().calls[0].text, QStringLiteral("连接到") + notAccess + QStringLiteral("失败"));
-    EXPECT_EQ(connection.GetDatabasePath(), m_windowsPath);
-    EXPECT_EQ(connection.GetDatabaseFolder(), QStringLiteral("D:\\数据"));
+    ExpectPaths(connection, kError, kError);
 }
 
 TEST_F(ConnectJSSysDataTest, DisconnectResetsPathsAndTheDatabaseObjectOutlivesTheConnection)
@@ -75,21 +74,17 @@ TEST_F(ConnectJSSysDataTest, DisconnectResetsPathsAndTheDatabaseObjectOutlivesTh
         CConnectJSSysData connection;
         EXPECT_EQ(connection.GetDatabase(), nullptr);
         EXPECT_EQ(connection.GetConnectionString(), QString());
-        EXPECT_EQ(connection.GetDatabasePath(), QStringLiteral("error"));
-        EXPECT_EQ(connection.GetDatabaseFolder(), QStringLiteral("error"));
+        ExpectPaths(connection, kError, kError);
         ASSERT_TRUE(connection.ConnectDatabase(m_windowsPath));
         db = connection.GetDatabase();
         connection.Disconnect();
         EXPECT_EQ(connection.GetDatabase(), db);
         EXPECT_FALSE(db->IsConnected());
-        EXPECT_EQ(connection.GetDatabasePath(), QStringLiteral("error"));
-        EXPECT_EQ(connection.GetDatabaseFolder(), QStringLiteral("error"));
+        ExpectPaths(connection, kError, kError);
         ASSERT_TRUE(connection.ConnectDatabase(m_native));
         EXPECT_EQ(connection.GetDatabase(), db);
         EXPECT_TRUE(db->IsConnected());
-        // A path without a backslash has an empty folder.
-        EXPECT_EQ(connection.GetDatabasePath(), m_native);
-        EXPECT_EQ(connection.GetDatabaseFolder(), QString());
+        ExpectPaths(connection, m_native, QString()); // a path without a backslash has an empty folder
     }
     EXPECT_FALSE(db->IsConnected());
     EXPECT_TRUE(db->Connect(m_native, QString(), QString()));
@@ -104,8 +99,7 @@ TEST_F(ConnectJSSysDataTest, MacrosTableReadsTheFixture)
     table.SetComDB(connection.GetDatabase());
     ASSERT_EQ(table.RetrieveByXml(), 4) << table.GetError().toStdString();
     EXPECT_EQ(table.GetSQL(), QStringLiteral("select key_ch, key_en, content, description from Macros"));
-    const QStringList storage{QStringLiteral("通用脚本\\钢筋重量.js"), QStringLiteral("梁\\箍筋长度.js"),
-                              QStringLiteral("板\\分布筋.js"), QStringLiteral("空")};
+    const QStringList storage{"通用脚本\\钢筋重量.js", "梁\\箍筋长度.js", "板\\分布筋.js", "空"};
     for (int row = 1; row <= 4; ++row)
         EXPECT_EQ(table.GetAsString(Fields::key_ch, row), storage.at(row - 1));
     ASSERT_TRUE(table.Sort(Fields::key_ch, true));
@@ -118,16 +112,13 @@ TEST_F(ConnectJSSysDataTest, MacrosTableReadsTheFixture)
     EXPECT_EQ(table.GetAsString(Fields::content, 4), QStringLiteral("// 钢筋每米重量 (kg/m)\r\nvar W = 0.00617 * d * d;\r\n"));
 }
 
-class MacrosTableOnSystemDatabaseTest : public DbBackendTest
-{
-};
+using MacrosTableOnSystemDatabaseTest = DbBackendTest;
 
 TEST_P(MacrosTableOnSystemDatabaseTest, ReadsTheSystemDatabasesMacros)
 {
-    ASSERT_TRUE(SystemDb()->ExecuteNonQuery(
-        QStringLiteral("insert into Macros values ('b.js', 'B', 'var b;', NULL)")));
-    ASSERT_TRUE(SystemDb()->ExecuteNonQuery(QStringLiteral("insert into Macros values ('a.js', 'A', 'var a;', 'd')")));
-    ASSERT_TRUE(SystemDb()->ExecuteNonQuery(QStringLiteral("insert into MacrosV2 values ('c.js', 'C', 'x', 'y')")));
+    for (const char* sql : {"insert into Macros values ('b.js', 'B', 'var b;', NULL), ('a.js', 'A', 'var a;', 'd')",
+                            "insert into MacrosV2 values ('c.js', 'C', 'x', 'y')"})
+        ASSERT_TRUE(SystemDb()->ExecuteNonQuery(QString::fromUtf8(sql))) << sql;
     CMacrosTable table(SystemDb());
     ASSERT_EQ(table.RetrieveByXml(), 2);
     table.Sort(Fields::key_ch);

@@ -1,15 +1,12 @@
 #include "CComDB.h"
 #include "CDBFactory.h"
-#include "CMacroDataManager.h"
-#include "CMacroParamManager.h"
-#include "DbBackendTest.h"
 #include "MacroStoreFixtures.h"
 #include "RecordingDataService.h"
 
 namespace {
 
 // The stores' statements, seen through a recording service over the real database that can fail a chosen call.
-class MacroStoreStatementTest : public DbBackendTest
+class MacroStoreStatementTest : public MacroStoreFixture
 {
 protected:
     void Prepare() override
@@ -46,8 +43,6 @@ protected:
     }
 
     RecordingDataService* m_recorder = nullptr;
-    CMacroDataManager m_macros;
-    CMacroParamManager m_params;
 };
 
 TEST_P(MacroStoreStatementTest, InsertMacroRunsTheseStatementsInOrder)
@@ -130,8 +125,7 @@ TEST_P(MacroStoreStatementTest, InsertFailureKeepsWhatWasWrittenBefore)
         const int before = FailStep(step.failCall);
         EXPECT_EQ(m_macros.InsertMacro(SmallMacro()), -1);
         EXPECT_EQ(m_recorder->Calls().size(), before + step.failCall);
-        EXPECT_EQ(CountRows(QStringLiteral("SC_MACRO_DEFINE")), step.macros);
-        EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM")), step.params);
+        ExpectTablesHold(step.macros, step.params);
     }
 }
 
@@ -157,11 +151,10 @@ TEST_P(MacroStoreStatementTest, ParametersAreDeletedOnlyAfterTheMacroRow)
     const int before = FailStep(1);
     EXPECT_FALSE(m_macros.DeleteMacro(1));
     EXPECT_EQ(m_recorder->Calls().size(), before + 1);
-    EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM")), 2);
+    ExpectTablesHold(1, 2);
     m_recorder->FailCall(before + 3);
     EXPECT_FALSE(m_macros.DeleteMacro(1));
-    EXPECT_EQ(CountRows(QStringLiteral("SC_MACRO_DEFINE")), 0);
-    EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM")), 2);
+    ExpectTablesHold(0, 2);
 }
 
 TEST_P(MacroStoreStatementTest, GuardedOperationsRunNoStatementAtAll)

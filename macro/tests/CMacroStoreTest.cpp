@@ -1,7 +1,4 @@
 #include "CComDB.h"
-#include "CMacroDataManager.h"
-#include "CMacroParamManager.h"
-#include "DbBackendTest.h"
 #include "MacroStoreFixtures.h"
 
 #include <functional>
@@ -17,12 +14,11 @@ const QuoteCase kQuoteCases[] = {
     {"name", [](CMacro& m) { m.SetName(kQuote); }, -1, 0},
     {"description", [](CMacro& m) { m.SetDescription(kQuote); }, -1, 0},
     {"input name", [](CMacro& m) { m.InputParams()[1].SetName(kQuote); }, -1, -1},
-    {"input value", [](CMacro& m) { m.InputParams()[0].SetValue(QStringLiteral("'); delete from SC_MACRO_DEFINE; --")); },
-     -1, -1},
+    {"input value", [](CMacro& m) { m.InputParams()[0].SetValue("'); delete from SC_MACRO_DEFINE; --"); }, -1, -1},
     {"output description", [](CMacro& m) { m.OutputParams()[0].SetDescription(kQuote); }, -1, -1},
 };
 
-class MacroStoreTest : public DbBackendTest
+class MacroStoreTest : public MacroStoreFixture
 {
 protected:
     static void ExpectSameParams(const CArray<CMacroParam>& actual, const CArray<CMacroParam>& expected)
@@ -45,15 +41,6 @@ protected:
         ExpectSameParams(actual.InputParams(), expected.InputParams());
         ExpectSameParams(actual.OutputParams(), expected.OutputParams());
     }
-
-    void ExpectTablesHold(int macros, int params)
-    {
-        EXPECT_EQ(CountRows(QStringLiteral("SC_MACRO_DEFINE")), macros);
-        EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM")), params);
-    }
-
-    CMacroDataManager m_macros;
-    CMacroParamManager m_params;
 };
 
 TEST_P(MacroStoreTest, InsertNumbersFromTheMaxAndLoadsBackWhole)

@@ -1,10 +1,12 @@
 #pragma once
 #include "CMacro.h"
+#include "CMacroDataManager.h"
 #include "CMacroParam.h"
+#include "CMacroParamManager.h"
+#include "DbBackendTest.h"
 
 #include <QString>
 
-// Small builders for the store tests.
 inline CMacroParam MakeParam(const QString& name, const QString& value, const QString& description, int dataType)
 {
     CMacroParam param(name, value, description);
@@ -21,3 +23,17 @@ inline CMacro MakeRebarMacro(const QString& name = QStringLiteral("钢筋重量"
     macro.OutputParams().Add(MakeParam(QStringLiteral("W"), QString(""), QStringLiteral("kg/m"), 1));
     return macro;
 }
+
+// The macro and parameter stores over a fresh system database of each backend.
+class MacroStoreFixture : public DbBackendTest
+{
+protected:
+    void ExpectTablesHold(int macros, int params)
+    {
+        EXPECT_EQ(CountRows(QStringLiteral("SC_MACRO_DEFINE")), macros);
+        EXPECT_EQ(CountRows(QStringLiteral("SC_MACROPARAM")), params);
+    }
+
+    CMacroDataManager m_macros;
+    CMacroParamManager m_params;
+};
