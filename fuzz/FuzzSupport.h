@@ -37,14 +37,7 @@ inline void WriteFile(const QString& path, const QByteArray& bytes)
         std::abort();
 }
 
-inline QByteArray Bytes(const uint8_t* data, size_t size)
-{
-    return QByteArray(reinterpret_cast<const char*>(data), qsizetype(size));
-}
-
-inline QString Utf8(const uint8_t* data, size_t size)
-{
-    return QString::fromUtf8(reinterpret_cast<const char*>(data), qsizetype(size));
-}
+inline QByteArray Bytes(const uint8_t* data, size_t size) { return QByteArray(reinterpret_cast<const char*>(data), qsizetype(size)); }
+inline QString Utf8(const uint8_t* data, size_t size) { return QString::fromUtf8(Bytes(data, size)); }
 
 } // namespace fuzz

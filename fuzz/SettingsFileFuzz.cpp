@@ -13,24 +13,22 @@ bool SameParams(const CArray<CMacroParam>& a, const CArray<CMacroParam>& b)
 {
     if (a.GetSize() != b.GetSize())
         return false;
-    for (int i = 0; i < a.GetSize(); ++i) {
+    for (int i = 0; i < a.GetSize(); ++i)
         if (a[i].GetName() != b[i].GetName() || a[i].GetValue() != b[i].GetValue()
             || a[i].GetDescription() != b[i].GetDescription() || a[i].GetDataType() != b[i].GetDataType())
             return false;
-    }
     return true;
 }
 
 // Writes what was read (without touching any script file) and reads it again.
 void CheckRoundTrip(const CMacroParamFile& read, const QString& again)
 {
-    CArray<CMacroParam> inputs, outputs;
+    CArray<CMacroParam> inputs, outputs, inputsBack, outputsBack;
     read.GetInputParams(inputs);
     read.GetOutputParams(outputs);
     fuzz::WriteFile(again, CMacroParamFile::BuildDocument(inputs, outputs, read.GetScriptFile()));
     CMacroParamFile back;
     back.Read(again);
-    CArray<CMacroParam> inputsBack, outputsBack;
     back.GetInputParams(inputsBack);
     back.GetOutputParams(outputsBack);
     if (back.GetFilePath() != again || back.GetScriptFile() != read.GetScriptFile()
@@ -44,11 +42,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     // Drive letters in a ScriptFile path land inside the home.
     static const fuzz::Home home(false);
-    static const auto ui = [] {
-        auto recorder = std::make_shared<CRecordingUIService>();
-        CUIServices::Install(recorder);
-        return recorder;
-    }();
+    static const auto ui = std::make_shared<CRecordingUIService>();
+    static const bool installed = (CUIServices::Install(ui), true);
+    (void)installed;
     ui->Clear();
     const QString input = home.dir.filePath(QStringLiteral("input.xml"));
     fuzz::WriteFile(input, fuzz::Bytes(data, size));

@@ -21,27 +21,14 @@ struct Sandbox : fuzz::Home
 };
 
 // What a text looks like after one trip through the 8-bit code page.
-QString Stored(const QString& text)
-{
-    return CodePage::ToUnicode(CodePage::FromUnicode(text));
-}
+QString Stored(const QString& text) { return CodePage::ToUnicode(CodePage::FromUnicode(text)); }
 
-bool SameRows(const NDataModelDataSet& a, const NDataModelDataSet& b)
-{
-    if (a.GetRowCount() != b.GetRowCount())
-        return false;
-    for (int c = 0; c < a.GetFieldCount(); ++c)
-        for (int r = 1; r <= a.GetRowCount(); ++r)
-            if (Stored(a.GetAsString(c, r)) != b.GetAsString(a.GetFieldName(c), r))
-                return false;
-    return true;
-}
-
-bool AnyCellHoldsSeparator(const NDataModelDataSet& table)
+// Whether `test` holds for any cell (field index, row) of the table.
+template <typename Test> bool AnyCell(const NDataModelDataSet& table, Test test)
 {
     for (int c = 0; c < table.GetFieldCount(); ++c)
         for (int r = 1; r <= table.GetRowCount(); ++r)
-            if (table.GetAsString(c, r).contains(CTestCaseStore::kSeparator))
+            if (test(c, r))
                 return true;
     return false;
 }
@@ -65,15 +52,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         std::abort();
     // A value may hold the separator through a character reference; written
     // plainly, such a case no longer loads. That is the file form's limit.
-    if (AnyCellHoldsSeparator(table))
+    if (AnyCell(table, [&](int c, int r) { return table.GetAsString(c, r).contains(CTestCaseStore::kSeparator); }))
         return 0;
-    if (!CTestCaseStore::SaveTestCase(kScript, QStringLiteral("out.tx"), text, &table))
-        std::abort();
     QString textBack;
     CTestCaseInfoTable back;
-    if (!CTestCaseStore::LoadTestCase(kScript, QStringLiteral("out.tx"), textBack, &back))
+    if (!CTestCaseStore::SaveTestCase(kScript, QStringLiteral("out.tx"), text, &table)
+        || !CTestCaseStore::LoadTestCase(kScript, QStringLiteral("out.tx"), textBack, &back))
         std::abort();
-    if (textBack != Stored(text) || !SameRows(table, back))
+    if (textBack != Stored(text) || back.GetRowCount() != table.GetRowCount() || AnyCell(table, [&](int c, int r) {
+            return Stored(table.GetAsString(c, r)) != back.GetAsString(table.GetFieldName(c), r);
+        }))
         std::abort();
     return 0;
 }
