@@ -98,8 +98,7 @@ TEST_F(HostileScriptTest, OutputWhoseConversionNeverEndsIsMissing)
     CMacroImplement macro;
     CArray<CMacroParam> outputs = Outputs({"A", "B"});
     ASSERT_EQ(macro.ExecuteScript(u"var A = { toString: function () { for (;;) {} } };\r\nvar B = 2;"_s, outputs), 1);
-    EXPECT_EQ(outputs[0].GetValue(), u"参数不存在!"_s);
-    EXPECT_EQ(outputs[1].GetValue(), u"2"_s);
+    EXPECT_EQ(Values(outputs), (QStringList{u"参数不存在!"_s, u"2"_s}));
 }
 
 TEST_F(HostileScriptTest, HeapLimitEndsAnAllocatingScriptInsideOrOutsideTheGcHeap)
