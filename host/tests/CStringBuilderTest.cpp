@@ -23,14 +23,21 @@ TEST(CStringBuilderTest, AppendsInOrderWithAnyGrowthAndClears)
     }
 }
 
-TEST(CLargeStringBuilderTest, JoinsAcrossChunkBoundaries)
+TEST(CLargeStringBuilderTest, EmptyNullAndClearThenJoinsAcrossChunkBoundaries)
 {
     // Small chunks so that pieces land exactly on, just before and past a boundary.
     const QString pieces[] = {QString(15, u'a'), QStringLiteral("b"), QString(40, u'c'), QStringLiteral("脚本"),
                               QString(), QString(16, u'd'), QStringLiteral("\r\n")};
     for (qsizetype chunk : {16, 17, 64, 65536}) {
         CLarge_StringBuilder builder(chunk);
-        QString expected;
+        QString out = QStringLiteral("stale"), expected;
+        builder.GetString(out);
+        EXPECT_TRUE(out.isEmpty());
+        builder.Append(static_cast<const char16_t*>(nullptr));
+        builder.Append(u"");
+        EXPECT_EQ(builder.GetLength(), 0);
+        builder.Append(QStringLiteral("x"));
+        builder.Clear();
         for (int round = 0; round < 20; ++round)
             for (const QString& piece : pieces) {
                 builder.Append(piece);
@@ -39,24 +46,9 @@ TEST(CLargeStringBuilderTest, JoinsAcrossChunkBoundaries)
         builder.Append(u"//***");
         expected += QStringLiteral("//***");
         EXPECT_EQ(builder.GetLength(), expected.size());
-        QString out = QStringLiteral("stale");
+        out = QStringLiteral("stale");
         builder.GetString(out);
         EXPECT_EQ(out, expected) << chunk;
         EXPECT_EQ(builder.ToString(), expected);
     }
-}
-
-TEST(CLargeStringBuilderTest, EmptyNullAndClear)
-{
-    CLarge_StringBuilder builder;
-    QString out = QStringLiteral("stale");
-    builder.GetString(out);
-    EXPECT_TRUE(out.isEmpty());
-    builder.Append(static_cast<const char16_t*>(nullptr));
-    builder.Append(u"");
-    EXPECT_EQ(builder.GetLength(), 0);
-    builder.Append(QStringLiteral("x"));
-    builder.Clear();
-    builder.Append(QStringLiteral("y"));
-    EXPECT_EQ(builder.ToString(), QStringLiteral("y"));
 }

@@ -73,7 +73,7 @@ TEST(DataSetXmlTest, NumbersNullsAndEmptyTextSurvive)
     EXPECT_EQ(Save(loaded), Save(table));
 }
 
-TEST(DataSetXmlTest, LayoutIsReadable)
+TEST(DataSetXmlTest, LayoutIsReadableAndLoadAppendsToRowsAlreadyThere)
 {
     const QString xml = GoodBuffer();
     EXPECT_TRUE(xml.startsWith(u"<DataSet version=\"1\" table=\"TestCase\">\n <Fields>\n"_s));
@@ -81,14 +81,10 @@ TEST(DataSetXmlTest, LayoutIsReadable)
     EXPECT_TRUE(xml.contains(u"   <Cell field=\"ParmName\">x</Cell>\n"_s));
     EXPECT_FALSE(xml.contains(u"field=\"ParmMsg\""_s));
     EXPECT_TRUE(xml.endsWith(u"</DataSet>\n"_s));
-}
-
-TEST(DataSetXmlTest, LoadAppendsToRowsAlreadyThere)
-{
     CaseTable table;
     table.SetAsString(u"ParmName"_s, table.InsertRow(0), u"before"_s);
-    ASSERT_TRUE(table.LoadDataSetXMLBuf_NoDataBefore(GoodBuffer()));
-    ASSERT_TRUE(table.LoadDataSetXMLBuf_NoDataBefore(GoodBuffer()));
+    ASSERT_TRUE(table.LoadDataSetXMLBuf_NoDataBefore(xml));
+    ASSERT_TRUE(table.LoadDataSetXMLBuf_NoDataBefore(xml));
     EXPECT_EQ(Column(table, u"ParmName"_s), u"before x x"_s);
     EXPECT_EQ(table.GetAsInteger(u"ParmMode"_s, 2), 1);
 }
