@@ -2,9 +2,8 @@
 #include <QString>
 #include <sys/types.h>
 
-// A private PostgreSQL 15 server for tests and benchmarks: initdb into a
-// fresh temporary folder, the server listening only on a Unix socket in that
-// folder, stopped (by its pid) and the folder removed when the process ends.
+// A private PostgreSQL 15 server for tests and benchmarks: initdb into a fresh temporary folder, the server
+// listening only on a Unix socket there, stopped (by its pid) and the folder removed when the process ends.
 // initdb refuses to run as root, so under root both run as "nobody".
 class PgTestServer
 {
@@ -14,20 +13,17 @@ public:
     PgTestServer(const PgTestServer&) = delete;
     PgTestServer& operator=(const PgTestServer&) = delete;
 
-    // Starts the server once; later calls report the first outcome. A missing
-    // server binary is an error, never a reason to skip.
+    // Starts the server once; later calls report the first outcome. A missing server binary is an error,
+    // never a reason to skip.
     bool Start(QString& error);
-    // A new, empty database on the server and its "postgresql://" URL; empty
-    // with `error` set on failure.
+    // A new, empty database on the server and its "postgresql://" URL; empty with `error` set on failure.
     QString NewDatabaseUrl(QString& error);
     QString Url(const QString& database) const;
-    QString Folder() const { return m_folder; }
-    void Stop();
-
-    static QString BinDir();
 
 private:
     PgTestServer() = default;
+    static QString BinDir();
+    void Stop();
     bool MakeFolder(QString& error);
     bool RunInitdb(QString& error);
     bool Launch(QString& error);
