@@ -16,8 +16,6 @@
 
 namespace {
 
-const QString kAsterisks = QString(29, QLatin1Char('*'));
-
 QString SystemDbPath()
 {
     return NativePath::Map(HostContext::Instance().SystemDatabase());
@@ -92,10 +90,10 @@ bool CSampleDataSeeder::WriteCases(const CSampleScripts& samples)
 
 bool CSampleDataSeeder::WriteMacroList(const CSampleScripts& samples)
 {
-    const QString path = QxMfc::Fun::GetSysDataPath() + QStringLiteral("\\macrolist.log");
+    const QString path = QxMfc::Fun::GetSysDataPath() + CTestCaseStore::kMacroListLog;
     if (QxMfc::Fun::CheckFile(path))
         return true;
-    QString text = kAsterisks + QStringLiteral("\r\n");
+    QString text = CTestCaseStore::kRunSeparator + QStringLiteral("\r\n");
     for (const CSampleScripts::Script& script : samples.Scripts())
         text += script.keyCh + QLatin1Char(':') + script.category + QStringLiteral("\r\n");
     if (!QxMfc::Fun::SaveFileContent(path, text))

@@ -14,11 +14,6 @@ using QxMfc::Fun;
 
 namespace {
 
-const QString kMacroListLog = QStringLiteral("\\macrolist.log");
-const QString kMacLog = QStringLiteral("\\mac.log");
-// The host writes this line before the list of scripts of each run.
-const QString kRunSeparator = QString(29, QLatin1Char('*'));
-
 // Lines of an 8-bit text file as a text-mode reader sees them: "\r\n" and "\n"
 // end a line, a last line without a line break still counts.
 bool ReadLines(const QString& path, QStringList& lines)

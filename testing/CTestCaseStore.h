@@ -22,6 +22,11 @@ public:
     static inline const QString kCaseExtension = QStringLiteral(".tx");
     static inline const QString kGlobalFunFile = QStringLiteral("GlobalFun.txt");
     static inline const QString kGlobalParmFile = QStringLiteral("GlobalParm.txt");
+    // The host's record of its last runs, in the system data folder: each run
+    // starts with the line of 29 asterisks, then one "key:category" line per script.
+    static inline const QString kMacroListLog = QStringLiteral("\\macrolist.log");
+    static inline const QString kMacLog = QStringLiteral("\\mac.log");
+    static inline const QString kRunSeparator = QString(29, QLatin1Char('*'));
 
     virtual ~CTestCaseStore() = default;
 
