@@ -2,6 +2,8 @@
 #include <QString>
 #include <QStringList>
 
+class QCommandLineParser;
+
 // The command line of velmora-test. Parsing never exits the process: the
 // caller decides what to print and which status to return.
 class CCliOptions
@@ -30,8 +32,9 @@ public:
     static constexpr int kMaxJobs = 256;
 
 private:
-    bool ReadValues(const QStringList& args);
-    bool ReadPositiveInt(const QString& option, const QString& text, int max, int& value);
+    bool ReadValues(const QCommandLineParser& parser);
+    bool ReadPositiveInt(const QCommandLineParser& parser, const QString& name, int max, int& value);
+    bool Fail(const QString& error);
 
     QString m_error;
     QString m_script;

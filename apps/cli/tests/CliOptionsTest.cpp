@@ -51,11 +51,12 @@ TEST(CliOptionsTest, BadCommandLinesGiveOneLineReasons)
 {
     const struct { std::initializer_list<const char*> args; const char* reason; } cases[] = {
         {{"--bogus"}, "unknown option --bogus"}, {{"stray"}, "unexpected argument stray"},
-        {{"--script"}, "needs a value"},         {{"--script="}, "non-empty"},
+        {{"--script"}, "missing value after '--script'"}, {{"--script="}, "non-empty"}, {{"-bogus"}, "unknown option -bogus"},
         {{"--jobs", "0"}, "whole number"},       {{"--jobs", "-2"}, "whole number"},
         {{"--jobs", "two"}, "whole number"},     {{"--jobs", "257"}, "whole number"},
         {{"--timeout", "0"}, "whole number"},    {{"--timeout", "1.5"}, "whole number"},
-        {{"--quiet=yes"}, "unknown option --quiet"}, {{"-j", "2"}, "unknown option -j"},
+        {{"--quiet=yes"}, "unexpected value after '--quiet'"}, {{"-j", "2"}, "unknown option -j"},
+        {{"--", "--jobs"}, "unexpected argument --jobs"},
     };
     for (const auto& c : cases) {
         CCliOptions options;
