@@ -33,6 +33,12 @@ void AddOptions(QCommandLineParser& parser)
         {QStringLiteral("timeout"),
          QStringLiteral("Time budget of one case run in milliseconds (VELMORA_SCRIPT_TIMEOUT_MS)."),
          QStringLiteral("MS")},
+        {QStringLiteral("shard"),
+         QStringLiteral("Test only the scripts of shard K of N (1 <= K <= N), chosen by a hash of each script's "
+                        "name; N shards together test every script once. Default: VELMORA_SHARD=K/N, else "
+                        "CI_NODE_INDEX/CI_NODE_TOTAL."),
+         QStringLiteral("K/N")},
+        {QStringLiteral("list"), QStringLiteral("Print the scripts the run would test, one per line; run nothing.")},
         {QStringLiteral("quiet"), QStringLiteral("No progress bar on stderr.")},
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this text.")},
         {QStringLiteral("version"), QStringLiteral("Show the version.")},
@@ -66,7 +72,7 @@ QString ParseError(const QCommandLineParser& parser, const QStringList& args)
 
 } // namespace
 
-CCliOptions::Action CCliOptions::Parse(const QStringList& args)
+CCliOptions::Action CCliOptions::Parse(const QStringList& args, const QProcessEnvironment& env)
 {
     *this = CCliOptions();
     QCommandLineParser parser;
@@ -82,7 +88,7 @@ CCliOptions::Action CCliOptions::Parse(const QStringList& args)
         return Action::Error;
     }
     // Values first: "--timeout --home DIR" is a bad timeout, not a stray DIR.
-    if (!ReadValues(parser))
+    if (!ReadValues(parser) || !ReadShard(parser, env))
         return Action::Error;
     if (!parser.positionalArguments().isEmpty()) {
         m_error = QStringLiteral("unexpected argument %1").arg(parser.positionalArguments().first());
@@ -94,6 +100,7 @@ CCliOptions::Action CCliOptions::Parse(const QStringList& args)
 bool CCliOptions::ReadValues(const QCommandLineParser& parser)
 {
     m_quiet = parser.isSet(QStringLiteral("quiet"));
+    m_list = parser.isSet(QStringLiteral("list"));
     const struct { const char* name; QString* target; } texts[] = {
         {"script", &m_script}, {"junit", &m_junit}, {"home", &m_home}, {"system-db", &m_systemDb}, {"cases", &m_cases},
         {"jobs", nullptr},     {"timeout", nullptr},
@@ -123,6 +130,31 @@ bool CCliOptions::ReadPositiveInt(const QCommandLineParser& parser, const QStrin
         return Fail(QStringLiteral("option --%1 wants a whole number from 1 to %2, not \"%3\"").arg(name).arg(max).arg(text));
     value = number;
     return true;
+}
+
+bool CCliOptions::ReadShard(const QCommandLineParser& parser, const QProcessEnvironment& env)
+{
+    QString source, text;
+    const QString index = env.value(QStringLiteral("CI_NODE_INDEX")), total = env.value(QStringLiteral("CI_NODE_TOTAL"));
+    if (parser.isSet(QStringLiteral("shard"))) {
+        source = QStringLiteral("option --shard");
+        text = parser.value(QStringLiteral("shard"));
+    } else if (!env.value(QStringLiteral("VELMORA_SHARD")).isEmpty()) {
+        // Named for this tool, so it wins over what the CI system sets for every job.
+        source = QStringLiteral("VELMORA_SHARD");
+        text = env.value(source);
+    } else if (!index.isEmpty() || !total.isEmpty()) {
+        if (index.isEmpty() || total.isEmpty())
+            return Fail(QStringLiteral("%1 is set but %2 is not")
+                            .arg(index.isEmpty() ? QStringLiteral("CI_NODE_TOTAL") : QStringLiteral("CI_NODE_INDEX"),
+                                 index.isEmpty() ? QStringLiteral("CI_NODE_INDEX") : QStringLiteral("CI_NODE_TOTAL")));
+        source = QStringLiteral("CI_NODE_INDEX/CI_NODE_TOTAL");
+        text = index + QLatin1Char('/') + total;
+    } else {
+        return true;
+    }
+    QString reason;
+    return CTestShard::Parse(text, m_shard, reason) || Fail(source + QLatin1Char(' ') + reason);
 }
 
 bool CCliOptions::Fail(const QString& error)

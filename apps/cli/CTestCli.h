@@ -42,5 +42,6 @@ private:
     int m_passed = 0;
     int m_failed = 0;
     int m_jobs = 1;
+    int m_allScripts = 0; // before the shard and --script chose
     QString m_setupError;
 };
