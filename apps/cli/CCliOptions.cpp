@@ -144,10 +144,10 @@ bool CCliOptions::ReadShard(const QCommandLineParser& parser, const QProcessEnvi
         source = QStringLiteral("VELMORA_SHARD");
         text = env.value(source);
     } else if (!index.isEmpty() || !total.isEmpty()) {
-        if (index.isEmpty() || total.isEmpty())
-            return Fail(QStringLiteral("%1 is set but %2 is not")
-                            .arg(index.isEmpty() ? QStringLiteral("CI_NODE_TOTAL") : QStringLiteral("CI_NODE_INDEX"),
-                                 index.isEmpty() ? QStringLiteral("CI_NODE_INDEX") : QStringLiteral("CI_NODE_TOTAL")));
+        if (index.isEmpty())
+            return Fail(QStringLiteral("CI_NODE_TOTAL is set but CI_NODE_INDEX is not"));
+        if (total.isEmpty())
+            return Fail(QStringLiteral("CI_NODE_INDEX is set but CI_NODE_TOTAL is not"));
         source = QStringLiteral("CI_NODE_INDEX/CI_NODE_TOTAL");
         text = index + QLatin1Char('/') + total;
     } else {

@@ -76,13 +76,8 @@ int CTestCli::Prepare(const QStringList& args)
         Out(stderr, QStringLiteral("seeded %1 sample scripts into %2\n").arg(seeder.ScriptCount()).arg(HostContext::Instance().Home()));
     if (!SelectScripts())
         return SetupError(m_setupError);
-    if (m_options.List()) {
-        QString names;
-        for (const CTestJavaScriptService::Script& script : m_scripts)
-            names += script.name + QLatin1Char('\n');
-        Out(stdout, names);
-        return kAllPassed;
-    }
+    if (m_options.List())
+        return ListScripts();
     if (!m_options.Shard().IsWhole())
         m_junit.SetShard(m_options.Shard().Text());
     m_jobs = m_options.Jobs() > 0 ? m_options.Jobs() : std::max(1, QThread::idealThreadCount());
@@ -115,6 +110,15 @@ bool CTestCli::SelectScripts()
     m_allScripts = int(m_scripts.size());
     m_scripts = chosen;
     return true;
+}
+
+int CTestCli::ListScripts() const
+{
+    QString names;
+    for (const CTestJavaScriptService::Script& script : m_scripts)
+        names += script.name + QLatin1Char('\n');
+    Out(stdout, names);
+    return kAllPassed;
 }
 
 void CTestCli::RunScripts()
@@ -176,8 +180,9 @@ void CTestCli::PrintSummary(double seconds) const
         text += QStringLiteral("... and %1 more failures\n").arg(m_failed - m_failures.size());
     const int cases = m_passed + m_failed;
     const CTestShard shard = m_options.Shard();
-    const QString scripts = shard.IsWhole() ? QStringLiteral("%1 scripts").arg(m_scripts.size())
-                                            : QStringLiteral("shard %1: %2 of %3 scripts").arg(shard.Text()).arg(m_scripts.size()).arg(m_allScripts);
+    const QString scripts = shard.IsWhole()
+        ? QStringLiteral("%1 scripts").arg(m_scripts.size())
+        : QStringLiteral("shard %1: %2 of %3 scripts").arg(shard.Text()).arg(m_scripts.size()).arg(m_allScripts);
     text += QStringLiteral("velmora-test: %1, %2 cases, %3 jobs, %4 s\n")
                 .arg(scripts).arg(cases).arg(CParallelTestRunner(m_jobs).WorkersFor(int(m_scripts.size())))
                 .arg(seconds, 0, 'f', 2);

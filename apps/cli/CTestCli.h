@@ -27,6 +27,7 @@ public:
 private:
     int Prepare(const QStringList& args);
     bool SelectScripts();
+    int ListScripts() const;
     void RunScripts();
     void Collect(const CScriptTestReport& report);
     int Finish();
