@@ -35,6 +35,7 @@ public:
     bool Quiet() const { return m_quiet; }
     CTestShard Shard() const { return m_shard; }
     bool List() const { return m_list; }                // print the chosen scripts, run nothing
+    bool Strict() const { return m_strict; }            // unreadable case tables fail
 
     static constexpr int kMaxJobs = 256;
 
@@ -55,4 +56,5 @@ private:
     bool m_quiet = false;
     CTestShard m_shard;
     bool m_list = false;
+    bool m_strict = false;
 };
