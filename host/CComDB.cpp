@@ -2,6 +2,7 @@
 
 #include "CMdbDatabase.h"
 #include "CMdbQuery.h"
+#include "CPostgresNative.h"
 #include "CSqlStatementCheck.h"
 
 #include <QFileInfo>
@@ -112,6 +113,7 @@ bool CComDB::ConnectServer(const CConnectionString& target, const QString& user,
     if (!opened)
         return false;
     m_connected = true;
+    CPostgresNative::RouteNoticesToLog(QSqlDatabase::database(m_connectionName, false));
     if (!ApplyBusyTimeout()) {
         const QString error = m_error;
         DisConnect();
@@ -185,21 +187,49 @@ bool CComDB::ApplyBusyTimeout()
     return true;
 }
 
+bool CComDB::Exec(QSqlQuery& query, const QString& sql, const QVariantList& params)
+{
+    query.setForwardOnly(true);
+    // Plain text runs directly (PostgreSQL cannot PREPARE statements such as
+    // SET or LOCK); values are always bound through a prepared statement.
+    if (params.isEmpty())
+        return query.exec(sql);
+    if (!query.prepare(sql))
+        return false;
+    for (const QVariant& value : params)
+        query.addBindValue(value);
+    return query.exec();
+}
+
+// A server that restarted leaves the connection broken: it is opened again
+// once, and the statement repeated when none of it can have run.
+bool CComDB::Reopen(bool& repeat, const QSqlError& error, const QString& sql)
+{
+    QSqlDatabase db = QSqlDatabase::database(m_connectionName, false);
+    if (m_reopening || m_backend != CConnectionString::Backend::PostgreSQL || !CPostgresNative::IsBroken(db, error))
+        return false;
+    repeat = CPostgresNative::NeverRan(error) || sql.trimmed().startsWith(QLatin1String("select"), Qt::CaseInsensitive);
+    m_reopening = true;
+    db.close();
+    bool ok = db.open();
+    if (ok) {
+        CPostgresNative::RouteNoticesToLog(db);
+        ok = ApplyBusyTimeout();
+    }
+    m_reopening = false;
+    return ok;
+}
+
 bool CComDB::RunSql(const QString& sql, const QVariantList& params, const Reader& reader, int* rowsAffected)
 {
     if (!CSqlStatementCheck::IsSingleStatement(sql))
         return Fail(QStringLiteral("one statement per call: ") + sql.left(200));
     QSqlQuery query(QSqlDatabase::database(m_connectionName, false));
-    query.setForwardOnly(true);
-    // Plain text runs directly (PostgreSQL cannot PREPARE statements such as
-    // SET or LOCK); values are always bound through a prepared statement.
-    bool ok = false;
-    if (params.isEmpty()) {
-        ok = query.exec(sql);
-    } else if (query.prepare(sql)) {
-        for (const QVariant& value : params)
-            query.addBindValue(value);
-        ok = query.exec();
+    bool ok = Exec(query, sql, params);
+    bool repeat = false;
+    if (!ok && Reopen(repeat, query.lastError(), sql) && repeat) {
+        query = QSqlQuery(QSqlDatabase::database(m_connectionName, false));
+        ok = Exec(query, sql, params);
     }
     if (!ok)
         return Fail(SqlError(query.lastError()));

@@ -8,6 +8,7 @@
 
 class CMdbDatabase;
 class QSqlDatabase;
+class QSqlError;
 class QSqlQuery;
 
 // The data service on Qt Sql. The connection string picks the backend (see
@@ -21,7 +22,10 @@ class QSqlQuery;
 //
 // Every call runs exactly one statement: text holding a second statement is
 // refused by the driver. A locked database is waited on for the busy timeout
-// (SQLite busy handler, PostgreSQL lock_timeout), then the call fails.
+// (SQLite busy handler, PostgreSQL lock_timeout), then the call fails. A
+// PostgreSQL connection the server dropped (a restart) is opened again once,
+// and the statement repeated when none of it ran. Server notices go to the
+// analysis log, not to stderr.
 class CComDB : public CDataServiceAbsolute
 {
 public:
@@ -66,6 +70,8 @@ private:
     bool OpenSql(const QString& driver, const std::function<void(QSqlDatabase&)>& configure);
     bool ApplyBusyTimeout();
     bool RunSql(const QString& sql, const QVariantList& params, const Reader& reader, int* rowsAffected = nullptr);
+    static bool Exec(QSqlQuery& query, const QString& sql, const QVariantList& params);
+    bool Reopen(bool& repeat, const QSqlError& error, const QString& sql);
     bool RunAccess(const QString& sql, const QVariantList& params, QList<QVariantList>& rows);
     bool RefuseAccessWrite();
 
@@ -76,5 +82,6 @@ private:
     bool m_connected = false;
     std::thread::id m_thread;
     int m_busyTimeoutMs = kDefaultBusyTimeoutMs;
+    bool m_reopening = false;
     std::unique_ptr<CMdbDatabase> m_mdb;
 };

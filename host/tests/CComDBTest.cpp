@@ -1,5 +1,6 @@
 #include "CComDB.h"
 #include "DbBackendTest.h"
+#include "PgTestServer.h"
 
 #include <atomic>
 #include <chrono>
@@ -158,5 +159,29 @@ TEST_P(ComDBTest, LockReleasedWithinTheTimeoutIsWaitedFor)
 }
 
 VELMORA_INSTANTIATE_DB_BACKENDS(ComDBTest);
+
+} // namespace
+
+namespace {
+
+using PgRestartTest = ComDBTest;
+
+// A session outlives a restart of its server: the next statement reopens the
+// connection and runs exactly once. Server notices land in the analysis log.
+TEST_P(PgRestartTest, StatementAfterAServerRestartReconnectsAndRunsOnce)
+{
+    ASSERT_TRUE(m_db->ExecuteNonQuery(QStringLiteral("create table if not exists t (ID integer primary key)")));
+    const QByteArray log = ReadBytes(HomeFile("sysdata/CalAnalyse.log"));
+    EXPECT_TRUE(log.contains("PostgreSQL: NOTICE:  relation \"t\" already exists, skipping")) << log.toStdString();
+    ASSERT_TRUE(m_db->ExecuteNonQuery(QStringLiteral("insert into t (ID) values (1)")));
+    QString error;
+    ASSERT_TRUE(PgTestServer::Instance().Restart(error)) << error.toStdString();
+    EXPECT_TRUE(m_db->ExecuteNonQuery(QStringLiteral("insert into t (ID) values (2)"))) << m_db->GetError().toStdString();
+    EXPECT_EQ(Value(QStringLiteral("select count(*) from t")), QStringLiteral("2"));
+    ASSERT_TRUE(PgTestServer::Instance().Restart(error)) << error.toStdString();
+    EXPECT_EQ(Value(QStringLiteral("select max(ID) from t")), QStringLiteral("2"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Backends, PgRestartTest, ::testing::Values(DbBackend::PostgreSQL), DbBackendName);
 
 } // namespace

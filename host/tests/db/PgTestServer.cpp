@@ -192,7 +192,26 @@ QString PgTestServer::NewDatabaseUrl(QString& error)
     return Url(name);
 }
 
+bool PgTestServer::Restart(QString& error)
+{
+    if (!Start(error))
+        return false;
+    StopServer();
+    m_running = Launch(error) && WaitReady(error);
+    return m_running;
+}
+
 void PgTestServer::Stop()
+{
+    StopServer();
+    m_running = false;
+    std::error_code ignored;
+    if (!m_folder.isEmpty())
+        std::filesystem::remove_all(m_folder.toStdString(), ignored);
+    m_folder.clear();
+}
+
+void PgTestServer::StopServer()
 {
     if (m_pid > 0) {
         kill(m_pid, SIGINT);
@@ -203,9 +222,4 @@ void PgTestServer::Stop()
         }
         m_pid = -1;
     }
-    m_running = false;
-    std::error_code ignored;
-    if (!m_folder.isEmpty())
-        std::filesystem::remove_all(m_folder.toStdString(), ignored);
-    m_folder.clear();
 }

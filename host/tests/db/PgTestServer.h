@@ -19,11 +19,15 @@ public:
     // A new, empty database on the server and its "postgresql://" URL; empty with `error` set on failure.
     QString NewDatabaseUrl(QString& error);
     QString Url(const QString& database) const;
+    // Stops the running server (a fast shutdown: sessions are ended) and
+    // starts it again on the same data; open connections are left broken.
+    bool Restart(QString& error);
 
 private:
     PgTestServer() = default;
     static QString BinDir();
     void Stop();
+    void StopServer();
     bool MakeFolder(QString& error);
     bool RunInitdb(QString& error);
     bool Launch(QString& error);
