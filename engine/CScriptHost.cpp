@@ -84,6 +84,11 @@ bool CScriptHost::ExecuteStatement(const QString& statement)
     return m_control && m_control->Run(statement, nullptr);
 }
 
+bool CScriptHost::ExecutePieces(const QStringList& pieces, bool joinedOnly)
+{
+    return m_control && m_control->RunPieces(pieces, joinedOnly);
+}
+
 QVariant CScriptHost::Evaluate(const QString& expression)
 {
     QVariant value;
