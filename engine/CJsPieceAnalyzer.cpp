@@ -15,8 +15,8 @@ namespace
 // Lists the top-level declarations of a text from the engine's syntax tree:
 // "vars\nfunctions\nlexicals\nunsure", names separated by commas. Var
 // declarations count wherever they sit outside functions; let, const and
-// class only at the top; a function declared in a block, or a destructuring
-// pattern, makes the answer unsure.
+// class only at the top; a function declared in a block, a destructuring
+// pattern or a statement the walk does not know makes the answer unsure.
 const char kWalker[] = R"JS((function (text) {
   var vars = [], functions = [], lexicals = [], unsure = false;
   function declare(node, top) {
@@ -26,17 +26,18 @@ const char kWalker[] = R"JS((function (text) {
       else if (top) lexicals.push(d.id.name);
     });
   }
+  function loopDeclaration(node) { if (node && node.type === 'VariableDeclaration') declare(node, false); }
   function all(list) { list.forEach(function (s) { walk(s, false); }); }
   function walk(node, top) {
     if (!node) return;
     switch (node.type) {
     case 'VariableDeclaration': declare(node, top); break;
     case 'FunctionDeclaration': if (top) functions.push(node.id.name); else unsure = true; break;
-    case 'ClassDeclaration': if (top) lexicals.push(node.id.name); break;
+    case 'ClassStatement': if (top) lexicals.push(node.id.name); break;
     case 'BlockStatement': all(node.body); break;
     case 'IfStatement': walk(node.consequent, false); walk(node.alternate, false); break;
-    case 'ForStatement': walk(node.init, false); walk(node.body, false); break;
-    case 'ForInStatement': case 'ForOfStatement': walk(node.left, false); walk(node.body, false); break;
+    case 'ForStatement': loopDeclaration(node.init); walk(node.body, false); break;
+    case 'ForInStatement': case 'ForOfStatement': loopDeclaration(node.left); walk(node.body, false); break;
     case 'WhileStatement': case 'DoWhileStatement': case 'LabeledStatement': case 'WithStatement':
       walk(node.body, false); break;
     case 'TryStatement':
@@ -45,6 +46,9 @@ const char kWalker[] = R"JS((function (text) {
       (node.guardedHandlers || []).forEach(function (h) { walk(h.body, false); });
       walk(node.finalizer, false); break;
     case 'SwitchStatement': node.cases.forEach(function (c) { all(c.consequent); }); break;
+    case 'ExpressionStatement': case 'EmptyStatement': case 'ReturnStatement': case 'BreakStatement':
+    case 'ContinueStatement': case 'ThrowStatement': case 'DebuggerStatement': break;
+    default: unsure = true;
     }
   }
   Reflect.parse(text, { loc: false }).body.forEach(function (s) { walk(s, true); });

@@ -239,6 +239,9 @@ bool CJsRealm::RunPieces(const QStringList& pieces, bool joinedOnly)
         outcome = joinedOnly ? SplitOutcome::InDoubt : RunSplit(runtime, pieces);
         return outcome == SplitOutcome::InDoubt ? runJoined(runtime) : outcome == SplitOutcome::Passed;
     });
+    m_lastPiecesRun = outcome == SplitOutcome::InDoubt ? PiecesRun::Joined
+                      : outcome == SplitOutcome::Threw ? PiecesRun::SplitThenJoined
+                                                        : PiecesRun::Split;
     if (outcome != SplitOutcome::Threw)
         return ok;
     // What the pieces left behind must not be seen by the whole.

@@ -39,6 +39,10 @@ public:
     // one reported. With joinedOnly, or where the split is in doubt, the
     // whole runs as it is.
     bool RunPieces(const QStringList& pieces, bool joinedOnly);
+    // How the last RunPieces went: the whole ran as it is, the pieces ran,
+    // or the pieces threw and the whole ran afresh.
+    enum class PiecesRun { Joined, Split, SplitThenJoined };
+    PiecesRun LastPiecesRun() const { return m_lastPiecesRun; }
     bool Call(const QString& name, const QVariantList& args, QVariant& result);
     // Own enumerable data properties of the global that hold functions: the
     // functions that code run in this scope declared.
@@ -95,4 +99,5 @@ private:
     qsizetype m_textChars = 0;
     std::uint64_t m_nextText = 0;
     CJsErrorInfo m_error;
+    PiecesRun m_lastPiecesRun = PiecesRun::Joined;
 };

@@ -89,6 +89,11 @@ bool CScriptHost::ExecutePieces(const QStringList& pieces, bool joinedOnly)
     return m_control && m_control->RunPieces(pieces, joinedOnly);
 }
 
+bool CScriptHost::LastPiecesRanSplit() const
+{
+    return m_control && m_control->LastPiecesRun() == CJsRealm::PiecesRun::Split;
+}
+
 QVariant CScriptHost::Evaluate(const QString& expression)
 {
     QVariant value;

@@ -42,6 +42,8 @@ public:
     // As ExecuteStatement on the pieces joined with "\r\n", with the pieces
     // that repeat from run to run compiled once (see CJsRealm::RunPieces).
     bool ExecutePieces(const QStringList& pieces, bool joinedOnly = false);
+    // Whether the last ExecutePieces ran the pieces one by one to the end.
+    bool LastPiecesRanSplit() const;
     // The expression's value; the empty variant for undefined or any error.
     QVariant Evaluate(const QString& expression);
     bool RunProcedure(const QString& name, const QVariantList& args, QVariant& result);
