@@ -12,6 +12,7 @@
 #include <js/PropertyDescriptor.h>
 #include <js/SourceText.h>
 #include <js/String.h>
+#include <js/experimental/CodeCoverage.h>
 #include <js/experimental/JSStencil.h>
 #include <jsapi.h>
 
@@ -260,6 +261,40 @@ QStringList CJsRealm::FunctionNames()
     }
     JS_ClearPendingException(cx);
     return names;
+}
+
+bool CJsRealm::LineHits(std::map<int, qint64>& hits)
+{
+    hits.clear();
+    CJsRuntime* runtime = Bind();
+    if (!runtime || !m_global || m_texts.empty())
+        return false;
+    JSContext* cx = runtime->Context();
+    JSAutoRealm entered(cx, m_global->get());
+    std::size_t length = 0;
+    const JS::UniqueChars lcov = js::GetCodeCoverageSummary(cx, &length);
+    if (!lcov)
+    {
+        JS_ClearPendingException(cx);
+        return false;
+    }
+    // Records run from "SF:<file>" to "end_of_record"; "DA:<line>,<count>"
+    // lines carry the counts. Only the last text's record is wanted.
+    const std::string wanted = "SF:" + m_texts.back().first;
+    bool inRecord = false;
+    bool found = false;
+    for (const QByteArray& line : QByteArray(lcov.get(), static_cast<qsizetype>(length)).split('\n'))
+    {
+        if (line.startsWith("SF:"))
+            inRecord = line.toStdString() == wanted;
+        found = found || inRecord;
+        if (!inRecord || !line.startsWith("DA:"))
+            continue;
+        const QList<QByteArray> fields = line.mid(3).split(',');
+        if (fields.size() >= 2)
+            hits[fields[0].toInt()] += fields[1].toLongLong();
+    }
+    return found;
 }
 
 void CJsRealm::CaptureError(CJsRuntime& runtime)
