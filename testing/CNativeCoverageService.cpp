@@ -52,7 +52,7 @@ bool CNativeCoverageService::RunScriptCoverage(const QString& script, const QStr
         progress.Close();
         UIFunction::QXMessageBox(error, QString(), UIFunction::MB_OK);
         CUIServices::Current().ShellOpen(dir);
-        return CNativeCoverage::HasGenhtml() ? false : true;
+        return !CNativeCoverage::HasGenhtml();
     }
     progress.Close();
     CUIServices::Current().ShellOpen(ReportPage());
