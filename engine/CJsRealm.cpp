@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <string_view>
 
 namespace
 {
@@ -280,21 +281,26 @@ bool CJsRealm::LineHits(std::map<int, qint64>& hits)
     }
     // Records run from "SF:<file>" to "end_of_record"; "DA:<line>,<count>"
     // lines carry the counts. Only the last text's record is wanted.
-    const std::string wanted = "SF:" + m_texts.back().first;
-    bool inRecord = false;
-    bool found = false;
-    for (const QByteArray& line : QByteArray(lcov.get(), static_cast<qsizetype>(length)).split('\n'))
+    const std::string_view text(lcov.get(), length);
+    const std::string wanted = "SF:" + m_texts.back().first + "\n";
+    std::size_t at = text.find(wanted);
+    if (at == std::string_view::npos)
+        return false;
+    const std::size_t end = std::min(text.find("end_of_record", at), text.size());
+    for (at += wanted.size(); at < end;)
     {
-        if (line.startsWith("SF:"))
-            inRecord = line.toStdString() == wanted;
-        found = found || inRecord;
-        if (!inRecord || !line.startsWith("DA:"))
-            continue;
-        const QList<QByteArray> fields = line.mid(3).split(',');
-        if (fields.size() >= 2)
-            hits[fields[0].toInt()] += fields[1].toLongLong();
+        std::size_t next = text.find('\n', at);
+        next = next == std::string_view::npos ? text.size() : next;
+        if (text.compare(at, 3, "DA:") == 0)
+        {
+            char* rest = nullptr;
+            const long line = std::strtol(text.data() + at + 3, &rest, 10);
+            if (rest && *rest == ',')
+                hits[static_cast<int>(line)] += std::strtoll(rest + 1, nullptr, 10);
+        }
+        at = next + 1;
     }
-    return found;
+    return true;
 }
 
 void CJsRealm::CaptureError(CJsRuntime& runtime)

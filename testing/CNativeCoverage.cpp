@@ -33,9 +33,6 @@ QString CNativeCoverage::ScriptFileName(const QString& script)
         name = QStringLiteral("script");
     if (!name.endsWith(QStringLiteral(".js"), Qt::CaseInsensitive))
         name += QStringLiteral(".js");
-    // The library keeps its own name in the same folder.
-    if (name == CTestCaseStore::kGlobalFunFile + QStringLiteral(".js"))
-        name.prepend(QLatin1Char('_'));
     return name;
 }
 
@@ -47,7 +44,7 @@ void CNativeCoverage::AddRun(const QString& script, const QString& globalFun, co
     // Each piece starts on the line after the previous piece's last one.
     const int funLines = CJsText::LineBreaks(globalFun) + 1;
     const int scriptFirst = funLines + CJsText::LineBreaks(globalParm) + 1 + CJsText::LineBreaks(caseText) + 1 + 1;
-    AddHits(FileFor(script, CTestCaseStore::kGlobalFunFile, globalFun), joinedHits, 1, funLines);
+    AddHits(LibraryFor(script, globalFun), joinedHits, 1, funLines);
     AddHits(FileFor(script, ScriptFileName(script), scriptText), joinedHits, scriptFirst,
             CJsText::LineBreaks(scriptText) + 1);
 }
@@ -62,11 +59,34 @@ void CNativeCoverage::AddHits(File& file, const LineHits& joinedHits, int firstL
 CNativeCoverage::File& CNativeCoverage::FileFor(const QString& script, const QString& fileName,
                                                 const QString& source)
 {
+    if (fileName == CTestCaseStore::kGlobalFunFile)
+        return LibraryFor(script, source);
     for (File& file : m_files)
         if (file.script == script && file.fileName == fileName)
             return file;
-    m_files.append({script, fileName, source, {}});
+    return Add({script, fileName, source, {}});
+}
+
+CNativeCoverage::File& CNativeCoverage::LibraryFor(const QString& script, const QString& source)
+{
+    for (File& file : m_files)
+        if (file.fileName == CTestCaseStore::kGlobalFunFile && file.source == source)
+            return file;
+    return Add({script, CTestCaseStore::kGlobalFunFile, source, {}});
+}
+
+CNativeCoverage::File& CNativeCoverage::Add(const File& file)
+{
+    m_files.append(file);
     return m_files.last();
+}
+
+const CNativeCoverage::File* CNativeCoverage::FindLibrary(const QString& source) const
+{
+    for (const File& file : m_files)
+        if (file.fileName == CTestCaseStore::kGlobalFunFile && file.source == source)
+            return &file;
+    return nullptr;
 }
 
 const CNativeCoverage::File* CNativeCoverage::Find(const QString& script, const QString& fileName) const

@@ -9,8 +9,10 @@
 // lines of that text, and each count is carried back to the line of the
 // script or of its global function library ("GlobalFun.txt") it came from.
 // Case text and global parameters are inputs, not code under test, and are
-// left out. Written as LCOV (one record per script and per library) with a
-// copy of each source beside it, so genhtml can show the lines.
+// left out. Scripts whose libraries hold the same text share one library
+// record (kept with the first such script), as they share its code. Written
+// as LCOV (one record per script and per library) with a copy of each source
+// beside it, so genhtml can show the lines.
 class CNativeCoverage
 {
 public:
@@ -18,7 +20,8 @@ public:
 
     struct File
     {
-        QString script;   // the script (test-case store name) it belongs to
+        QString script;   // the script (test-case store name) it belongs to, for a
+                          // library the first script that uses it
         QString fileName; // the script's own file name, or "GlobalFun.txt"
         QString source;
         LineHits hits;    // instrumented lines only; 0 = never reached
@@ -33,6 +36,8 @@ public:
     // Files in the order they were first reached.
     const QList<File>& Files() const { return m_files; }
     const File* Find(const QString& script, const QString& fileName) const;
+    // The library record whose text is `source`.
+    const File* FindLibrary(const QString& source) const;
 
     // `dir`/lcov.info and the sources under `dir`/source; false with a reason
     // when something cannot be written.
@@ -49,6 +54,8 @@ public:
 
 private:
     File& FileFor(const QString& script, const QString& fileName, const QString& source);
+    File& LibraryFor(const QString& script, const QString& source);
+    File& Add(const File& file);
     static void AddHits(File& file, const LineHits& joinedHits, int firstLine, int lineCount);
 
     QList<File> m_files;

@@ -3,7 +3,7 @@
 
 namespace {
 
-const char* const kValueOptions[] = {"--script", "--jobs", "--junit", "--home", "--system-db", "--cases", "--timeout"};
+const char* const kValueOptions[] = {"--script", "--jobs", "--junit", "--home", "--system-db", "--cases", "--timeout", "--coverage"};
 
 bool TakesValue(const QString& option)
 {
@@ -74,6 +74,8 @@ bool CCliOptions::ReadValues(const QStringList& args)
             m_home = value;
         } else if (option == QLatin1String("--system-db")) {
             m_systemDb = value;
+        } else if (option == QLatin1String("--coverage")) {
+            m_coverage = value;
         } else {
             m_cases = value;
         }
@@ -112,6 +114,8 @@ QString CCliOptions::HelpText()
         "  --cases DIR       test-case root folder (VELMORA_TESTCASE_ROOT); must exist\n"
         "  --timeout MS      time budget of one case run in milliseconds\n"
         "                    (VELMORA_SCRIPT_TIMEOUT_MS)\n"
+        "  --coverage DIR    also record the script lines the cases reach (engine line\n"
+        "                    coverage): DIR/lcov.info, and DIR/html with genhtml\n"
         "  --quiet           no progress bar on stderr\n"
         "  --help            show this text\n"
         "  --version         show the version\n"

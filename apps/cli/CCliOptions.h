@@ -26,6 +26,7 @@ public:
     QString CasesDir() const { return m_cases; }
     int TimeoutMs() const { return m_timeoutMs; }   // 0: the host context's budget
     bool Quiet() const { return m_quiet; }
+    QString CoverageDir() const { return m_coverage; } // empty: no coverage
 
     static constexpr int kMaxJobs = 256;
 
@@ -42,4 +43,5 @@ private:
     QString m_cases;
     int m_timeoutMs = 0;
     bool m_quiet = false;
+    QString m_coverage;
 };
