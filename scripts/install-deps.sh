@@ -16,6 +16,7 @@ PACKAGES=(
   clang libclang-rt-14-dev
   postgresql postgresql-client
   openjdk-17-jre-headless chromium
+  lcov
   xdg-utils
 )
 
