@@ -1,5 +1,6 @@
 #include "CJsRealm.h"
 
+#include "CJsEngine.h"
 #include "CJsText.h"
 #include "HostContext.h"
 
@@ -321,6 +322,9 @@ QStringList CJsRealm::FunctionNames()
 bool CJsRealm::LineHits(std::map<int, qint64>& hits)
 {
     hits.clear();
+    // The engine aborts the process when asked for counts it never kept.
+    if (!CJsEngine::CoverageEnabled())
+        return false;
     CJsRuntime* runtime = Bind();
     if (!runtime || !m_global || m_texts.empty())
         return false;

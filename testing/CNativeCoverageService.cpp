@@ -46,15 +46,17 @@ bool CNativeCoverageService::RunScriptCoverage(const QString& script, const QStr
     const QString dir = NativePath::Map(m_outputFolder);
     QDir(dir + QStringLiteral("/source")).removeRecursively();
     QString error;
-    if (!m_coverage.WriteLcov(dir, error))
+    const bool written = m_coverage.WriteLcov(dir, error);
+    const bool rendered = written && CNativeCoverage::WriteHtml(dir, error);
+    progress.Close();
+    if (!written)
         return Fail(error);
-    if (!CNativeCoverage::WriteHtml(dir, error)) {
-        progress.Close();
+    if (!rendered) {
+        // Without genhtml the LCOV file is still there for other viewers.
         UIFunction::QXMessageBox(error, QString(), UIFunction::MB_OK);
         CUIServices::Current().ShellOpen(dir);
         return !CNativeCoverage::HasGenhtml();
     }
-    progress.Close();
     CUIServices::Current().ShellOpen(ReportPage());
     return true;
 }
