@@ -6,6 +6,7 @@
 #include "CV8MacroImplement.h"
 #include "WindowMessages.h"
 
+#include <QDialog>
 #include <QPointer>
 #include <QWidget>
 
