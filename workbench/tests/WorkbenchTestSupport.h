@@ -1,4 +1,5 @@
 #pragma once
+#include "CEditListCtrl.h"
 #include "CVelmoraDlg.h"
 #include "TestEnvironment.h"
 
