@@ -18,6 +18,7 @@ PACKAGES=(
   openjdk-17-jre-headless chromium
   lcov
   xdg-utils
+  xvfb xauth fonts-wqy-microhei wmctrl
 )
 
 # Node.js may already come from elsewhere (with its own npm); only add Debian's when absent.
