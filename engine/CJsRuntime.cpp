@@ -102,6 +102,7 @@ CJsRuntime::CJsRuntime(JSContext* cx)
 CJsRuntime::~CJsRuntime()
 {
     DetachAll();
+    m_pieces.Release();
     m_meter.reset();
     m_compartmentAnchor.reset();
     m_jobs.reset();

@@ -1,6 +1,7 @@
 #pragma once
 #include "CJsAllocationMeter.h"
 #include "CJsJobQueue.h"
+#include "CJsPieceAnalyzer.h"
 #include "CJsStencilCache.h"
 #include "CJsWatchdog.h"
 
@@ -67,6 +68,7 @@ public:
     int LastRunBudgetMs() const { return m_budgetMs; }
 
     CJsStencilCache& Stencils() { return m_stencils; }
+    CJsPieceAnalyzer& Pieces() { return m_pieces; }
     // Runs the promise jobs the current run queued; false when one was stopped.
     bool DrainJobs() { return !m_jobs || m_jobs->Drain(m_cx); }
 
@@ -108,6 +110,7 @@ private:
     std::shared_ptr<Link> m_link;
     std::unique_ptr<JS::PersistentRooted<JSObject*>> m_compartmentAnchor;
     CJsStencilCache m_stencils;
+    CJsPieceAnalyzer m_pieces{*this};
     std::unique_ptr<CJsJobQueue> m_jobs;
     std::unique_ptr<CJsAllocationMeter> m_meter;
     CJsWatchdog::Slot m_slot;

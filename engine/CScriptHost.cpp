@@ -79,9 +79,24 @@ bool CScriptHost::LoadScriptResource(const QString& name, const QString& type)
     return AddCode(DecodeScriptBytes(file.readAll()));
 }
 
+bool CScriptHost::LineHits(std::map<int, qint64>& hits)
+{
+    return m_control && m_control->LineHits(hits);
+}
+
 bool CScriptHost::ExecuteStatement(const QString& statement)
 {
     return m_control && m_control->Run(statement, nullptr);
+}
+
+bool CScriptHost::ExecutePieces(const QStringList& pieces, bool joinedOnly)
+{
+    return m_control && m_control->RunPieces(pieces, joinedOnly);
+}
+
+bool CScriptHost::LastPiecesRanSplit() const
+{
+    return m_control && m_control->LastPiecesRun() == CJsRealm::PiecesRun::Split;
 }
 
 QVariant CScriptHost::Evaluate(const QString& expression)

@@ -3,10 +3,12 @@
 #include "CScriptProcedure.h"
 
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <QVariantList>
 #include <QVector>
 
+#include <map>
 #include <memory>
 
 class CJsRealm;
@@ -38,9 +40,16 @@ public:
     // Qt resource ":/name", or ":/type/name" with a type; false if missing.
     bool LoadScriptResource(const QString& name, const QString& type = QString());
     bool ExecuteStatement(const QString& statement);
+    // As ExecuteStatement on the pieces joined with "\r\n", with the pieces
+    // that repeat from run to run compiled once (see CJsRealm::RunPieces).
+    bool ExecutePieces(const QStringList& pieces, bool joinedOnly = false);
+    // Whether the last ExecutePieces ran the pieces one by one to the end.
+    bool LastPiecesRanSplit() const;
     // The expression's value; the empty variant for undefined or any error.
     QVariant Evaluate(const QString& expression);
     bool RunProcedure(const QString& name, const QVariantList& args, QVariant& result);
+    // Line coverage of the code added or executed last (see CJsRealm::LineHits).
+    bool LineHits(std::map<int, qint64>& hits);
 
     int GetProcedureCount() const { return static_cast<int>(m_procedures.size()); }
     QString GetProcedureName(int index) const;

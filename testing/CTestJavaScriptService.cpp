@@ -3,6 +3,7 @@
 #include "CAccessSysData_MacrosTable.h"
 #include "CJoinedTextLines.h"
 #include "CMacroParam.h"
+#include "CNativeCoverage.h"
 #include "COutPutTextTable.h"
 #include "CProgressDlg_Control.h"
 #include "CSysMacrosTable.h"
@@ -132,13 +133,17 @@ bool CTestJavaScriptService::RunTestCase(const QString& globalFun, const QString
                                          const QString& caseText, const QString& scriptText,
                                          NDataModelDataSet& table, QString& error)
 {
-    const QString crlf = QStringLiteral("\r\n");
-    const QString program = globalFun + crlf + globalParm + crlf + caseText + crlf + scriptText;
+    // Run as the four texts joined with "\r\n"; the library and the other
+    // texts that repeat from case to case are compiled once.
+    const QStringList program{globalFun, globalParm, caseText, scriptText};
     CArray<CMacroParam> params;
     for (int row = 1; row <= table.GetRowCount(); ++row)
         params.Add(CMacroParam(table.GetAsString(CTestCaseInfoTable::ParmName, row),
                                table.GetAsString(CTestCaseInfoTable::ParmValue, row), QString()));
-    if (!m_macro.ExecuteScript(program, params)) {
+    const bool ran = m_macro.ExecuteScript(program, params);
+    if (m_coverage)
+        m_coverage->AddRun(m_coverageScript, globalFun, globalParm, caseText, scriptText, m_macro.LastLineHits());
+    if (!ran) {
         error = m_macro.GetError();
         return false;
     }
@@ -221,14 +226,21 @@ void CTestJavaScriptService::Record(CScriptTestReport& report, const QString& ca
         m_observer(outcome);
 }
 
+void CTestJavaScriptService::SetCoverage(CNativeCoverage* coverage)
+{
+    m_coverage = coverage;
+    m_macro.SetCollectCoverage(coverage != nullptr);
+}
+
 bool CTestJavaScriptService::RunScriptTests(const QString& name, const QString& scriptText,
-                                            CScriptTestReport* report)
+                                            CScriptTestReport* report, const QString& onlyCase)
 {
     CScriptTestReport local;
     CScriptTestReport& target = report ? *report : local;
     target.script = name;
     const bool passedBefore = target.passed;
     target.passed = true;
+    m_coverageScript = name;
     CScriptTestReport* const outer = m_gathering;
     m_gathering = report;
 
@@ -245,7 +257,8 @@ bool CTestJavaScriptService::RunScriptTests(const QString& name, const QString& 
         CArray<QString> cases;
         ListTestCases(name, cases);
         for (const QString& caseName : cases)
-            RunOneCase(name, caseName, globalFun, globalParm, scriptText, target);
+            if (onlyCase.isEmpty() || caseName == onlyCase)
+                RunOneCase(name, caseName, globalFun, globalParm, scriptText, target);
     }
 
     m_gathering = outer;
