@@ -4,7 +4,8 @@
 #include "CDialog_SetInputParm.h"
 #include "CGridCtrlForDataSet.h"
 #include "CJSCoverTestService.h"
-#include "CScriptTextBox.h"
+#include "CEditCtr.h"
+#include "CEditFindDlg.h" // CEditCtr.h holds a QPointer to it
 #include "CTestCaseInfoTable.h"
 #include "UIFunction.h"
 
@@ -46,7 +47,7 @@ CDialog_TestSimScript::CDialog_TestSimScript(const QString& script, QWidget* par
     m_grid->setObjectName(QStringLiteral("1011"));
     m_globalParms = TextBox(this, "1020");
     m_caseText = TextBox(this, "1021");
-    m_scriptText = new CScriptTextBox(this);
+    m_scriptText = new CEditCtr(this);
     m_scriptText->setObjectName(QStringLiteral("1010"));
 
     auto button = [this](const char* id, const QString& text, void (CDialog_TestSimScript::*slot)()) {
@@ -126,7 +127,7 @@ void CDialog_TestSimScript::OnInitDialog()
     m_globalParms->setPlainText(globalParm);
     QString scriptText;
     CAccessSysData_MacrosTable::GetMacroContent(m_script, scriptText);
-    m_scriptText->SetScriptText(scriptText);
+    m_scriptText->setText(scriptText);
 }
 
 void CDialog_TestSimScript::FillCombo()
@@ -242,7 +243,7 @@ void CDialog_TestSimScript::RunAllCases()
     QString storedParm;
     m_service.LoadGlobals(m_script, globalFun, storedParm);
     const QString globalParm = m_globalParms->toPlainText();
-    const QString scriptText = m_scriptText->GetScriptText();
+    const QString scriptText = m_scriptText->text();
     CArray<QString> names;
     m_service.ListTestCases(m_script, names);
     bool failed = false;
@@ -279,7 +280,7 @@ void CDialog_TestSimScript::RunCurrentCase()
     // makes them the expected values.
     QString error;
     if (!m_service.RunTestCase(globalFun, m_globalParms->toPlainText(), m_caseText->toPlainText(),
-                               m_scriptText->GetScriptText(), *table, error))
+                               m_scriptText->text(), *table, error))
         Say(QStringLiteral("脚本运行失败!") + error);
     m_grid->Refresh();
 }

@@ -4,7 +4,7 @@
 #include <QDialog>
 
 class CGridCtrlForDataSet;
-class CScriptTextBox;
+class CEditCtr;
 class QComboBox;
 class QPlainTextEdit;
 
@@ -54,5 +54,5 @@ private:
     CGridCtrlForDataSet* m_grid;
     QPlainTextEdit* m_globalParms;
     QPlainTextEdit* m_caseText;
-    CScriptTextBox* m_scriptText;
+    CEditCtr* m_scriptText;
 };

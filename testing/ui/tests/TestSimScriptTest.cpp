@@ -1,5 +1,6 @@
 #include "CDialog_TestSimScript.h"
-#include "CScriptTextBox.h"
+#include "CEditCtr.h"
+#include "CEditFindDlg.h" // CEditCtr.h holds a QPointer to it
 #include "CTestCaseInfoTable.h"
 #include "DialogTestSupport.h"
 #include "NativePath.h"
@@ -84,7 +85,7 @@ TEST_F(TestSimScriptTest, OpensOnTheFirstCaseWithTheGlobalsAndTheScript)
     CTestCaseStore::LoadGlobals(kWeight, fun, parm);
     CAccessSysData_MacrosTable::GetMacroContent(kWeight, script);
     EXPECT_EQ(Control<QPlainTextEdit>(Dialog(), "1020").toPlainText(), parm);
-    EXPECT_EQ(Control<CScriptTextBox>(Dialog(), "1010").GetScriptText(), script);
+    EXPECT_EQ(Control<CEditCtr>(Dialog(), "1010").text(), script);
     EXPECT_TRUE(Ui().MessageTexts().isEmpty());
 }
 
@@ -157,7 +158,7 @@ TEST_F(TestSimScriptTest, RecordSaveRunAllThenAChangedExpectationFails)
 TEST_F(TestSimScriptTest, RunsUseTheTextsOnScreenWithoutSavingThem)
 {
     // Every case computes W from the script on screen: all disagree.
-    Control<CScriptTextBox>(Dialog(), "1010").SetScriptText("var W = 1;");
+    Control<CEditCtr>(Dialog(), "1010").setText("var W = 1;");
     ASSERT_TRUE(Dialog().SelectTestCase("**测试所有**"));
     Click(Dialog(), "1008");
     EXPECT_EQ(Ui().MessageTexts(), QStringList{"测试出现失败！"});
