@@ -1,3 +1,4 @@
+#include "CModuleResourceScope.h"
 #include "CScriptTestEntry.h"
 #include "CTestCaseStore.h"
 #include "DialogTestSupport.h"
@@ -8,6 +9,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QIcon>
+#include <QPixmap>
 
 namespace {
 
@@ -120,4 +123,24 @@ TEST_F(ScriptTestEntryTest, AScriptWithCasesOpensItsDialogAndRunAllNeverAsks)
     QxMfc::Fun::File2CString(Ui().CallsOf("ShellOpen").first().text, result);
     EXPECT_TRUE(result.contains("脚本(" + kUntested + ")检测测试()发现错误:没有测试用例!"));
     EXPECT_EQ(result.count("测试通过!"), 21);
+}
+
+TEST(ModuleResourceScopeTest, ResourcesLastAsLongAsTheOutermostScope)
+{
+    QPixmap hostPixmap(8, 8);
+    hostPixmap.fill(Qt::red);
+    const QIcon host(hostPixmap);
+    QApplication::setWindowIcon(host);
+    {
+        CModuleResourceScope outer;
+        {
+            CModuleResourceScope inner;
+            EXPECT_EQ(CModuleResourceScope::Depth(), 2);
+        }
+        EXPECT_TRUE(QFile::exists(QString::fromLatin1(CModuleResourceScope::kWindowIcon)));
+        EXPECT_FALSE(QApplication::windowIcon().pixmap(32).isNull());
+        EXPECT_NE(QApplication::windowIcon().cacheKey(), host.cacheKey());
+    }
+    EXPECT_EQ(CModuleResourceScope::Depth(), 0);
+    EXPECT_EQ(QApplication::windowIcon().cacheKey(), host.cacheKey());
 }
