@@ -16,6 +16,7 @@ namespace {
 struct Finished
 {
     CScriptTestReport report;
+    CNativeCoverage coverage;
     double seconds = 0;
 };
 
@@ -51,14 +52,26 @@ private:
     std::vector<std::optional<Finished>> m_slots;
 };
 
-Finished RunOne(CTestJavaScriptService& service, const CParallelTestRunner::Script& script)
+Finished RunOne(CTestJavaScriptService& service, const CParallelTestRunner::Script& script, bool coverage)
 {
     Finished finished;
     QElapsedTimer timer;
     timer.start();
+    if (coverage)
+        service.SetCoverage(&finished.coverage);
     service.RunScriptTests(script.name, script.text, &finished.report);
+    if (coverage)
+        service.SetCoverage(nullptr);
     finished.seconds = double(timer.nsecsElapsed()) / 1e9;
     return finished;
+}
+
+// Hands one script's report to the sink, its line counts to the total first.
+void Hand(CNativeCoverage* total, int index, const Finished& finished, const CParallelTestRunner::ReportSink& sink)
+{
+    if (total)
+        total->Merge(finished.coverage);
+    sink(index, finished.report, finished.seconds);
 }
 
 } // namespace
@@ -83,8 +96,8 @@ int CParallelTestRunner::RunInline(const QList<Script>& scripts, const ReportSin
     for (int i = 0; i < scripts.size(); ++i) {
         if (i > 0 && Cancelled())
             return i;
-        const Finished finished = RunOne(service, scripts.at(i));
-        sink(i, finished.report, finished.seconds);
+        const Finished finished = RunOne(service, scripts.at(i), m_coverage);
+        Hand(m_coverage, i, finished, sink);
     }
     return int(scripts.size());
 }
@@ -106,7 +119,7 @@ int CParallelTestRunner::RunThreaded(const QList<Script>& scripts, const ReportS
         // The service, and with it the engine context, lives and dies on this thread.
         CTestJavaScriptService service;
         for (int i = claim(); i >= 0; i = claim())
-            board.Put(i, RunOne(service, scripts.at(i)));
+            board.Put(i, RunOne(service, scripts.at(i), m_coverage));
     };
     std::vector<std::thread> workers;
     const int workerCount = WorkersFor(count);
@@ -139,7 +152,7 @@ int CParallelTestRunner::RunThreaded(const QList<Script>& scripts, const ReportS
             stopIfCancelled();
         if (!taken)
             break; // cancelled before this script was claimed
-        sink(i, finished.report, finished.seconds);
+        Hand(m_coverage, i, finished, sink);
         stopIfCancelled();
     }
     for (std::thread& worker : workers)

@@ -1,4 +1,5 @@
 #pragma once
+#include "CNativeCoverage.h"
 #include "CScriptTestReport.h"
 #include "CTestJavaScriptService.h"
 
@@ -34,6 +35,10 @@ public:
     // the number handed back (all of them unless cancelled).
     int Run(const QList<Script>& scripts, const ReportSink& sink);
 
+    // With a sink, every case run counts its lines, and each script's counts
+    // are added to the sink on the calling thread, in script order.
+    void SetCoverage(CNativeCoverage* coverage) { m_coverage = coverage; }
+
     // The worker count a run over `scripts` scripts uses.
     int WorkersFor(int scripts) const;
 
@@ -45,4 +50,5 @@ private:
     int m_jobs;
     bool m_keepCallerFree = false;
     CancelCheck m_cancelCheck;
+    CNativeCoverage* m_coverage = nullptr;
 };
