@@ -261,10 +261,9 @@ TEST_F(TestSimScriptTest, CoverageHarnessForAllCasesOrTheCurrentOne)
     QString runJs;
     EXPECT_TRUE(QxMfc::Fun::File2CString("C:\\testJSCover\\RunJs.js", runJs));
     EXPECT_TRUE(runJs.startsWith("function QXRunJS(){\r\n"));
-    EXPECT_EQ(Ui().CallsOf("ShellOpen").size(), 2);
-    EXPECT_TRUE(Ui().MessageTexts().isEmpty());
 
-    // Without its global texts the harness is not built.
+    // Without its global texts the harness is not built (and no report opened).
+    Ui().Clear();
     ASSERT_TRUE(QFile::remove(NativePath::Map(CTestCaseStore::ScriptFolder(kWeight) + "GlobalParm.txt")));
     Click(Dialog(), "1023");
     EXPECT_EQ(Ui().MessageTexts(), QStringList{"生成覆盖测试代码失败!"});
