@@ -25,6 +25,8 @@ public:
     void QueueInput(const QString& text, bool accept = true) { m_inputs.push_back({text, accept}); }
     void QueueFileName(const QString& path) { m_files.push_back(path); }
     void SetShellOpenResult(bool ok) { m_shellOk = ok; }
+    // The progress window's Cancel, as if pressed before the first check.
+    void SetProgressCancelled(bool cancelled) { m_cancelled = cancelled; }
 
     QList<Call> CallsOf(const QString& kind) const;
     QStringList MessageTexts() const;
@@ -34,6 +36,7 @@ public:
     void ProgressBegin(const QString& title) override;
     void ProgressUpdate(const QString& text, int pos, int range) override;
     void ProgressEnd() override;
+    bool ProgressCancelled() override { return m_cancelled; }
     bool InputText(const QString& prompt, const QString& caption, QString& value) override;
     QString OpenFileName(const QString& caption, const QString& filter, const QString& folder) override;
     QString SaveFileName(const QString& caption, const QString& filter, const QString& folder) override;
@@ -47,4 +50,5 @@ private:
     std::deque<std::pair<QString, bool>> m_inputs;
     std::deque<QString> m_files;
     bool m_shellOk = true;
+    bool m_cancelled = false;
 };

@@ -3,6 +3,7 @@
 #include "CAccessSysData_MacrosTable.h"
 #include "CJoinedTextLines.h"
 #include "CMacroParam.h"
+#include "CParallelTestRunner.h"
 #include "CNativeCoverage.h"
 #include "COutPutTextTable.h"
 #include "CProgressDlg_Control.h"
@@ -14,6 +15,7 @@
 #include "UIFunction.h"
 
 #include <QCoreApplication>
+#include <QThread>
 #include <algorithm>
 #include <atomic>
 #include <iterator>
@@ -314,14 +316,27 @@ int CTestJavaScriptService::RunAllTests()
     ReadAllScripts(scripts);
     CProgressDlg_Control progress;
     progress.Show();
+    auto announce = [&](int index) {
+        if (index < scripts.size())
+            progress.SetProgressInfo(CProgressDlg_Control::CProgressInfo(
+                QStringLiteral("开始测试脚本:") + scripts.at(index).name, index, int(scripts.size())));
+    };
+    announce(0);
+    // Scripts run on worker threads while this thread keeps the progress
+    // window alive; reports come back in script order, so the result file
+    // reads as a one-worker run would write it.
     bool failed = false;
-    for (int i = 0; i < scripts.size(); ++i) {
-        const Script& script = scripts.at(i);
-        progress.SetProgressInfo(
-            CProgressDlg_Control::CProgressInfo(QStringLiteral("开始测试脚本:") + script.name, i, scripts.size()));
-        if (!RunScriptTests(script.name, script.text))
-            failed = true;
-    }
+    CParallelTestRunner runner(m_jobs > 0 ? m_jobs : std::max(1, QThread::idealThreadCount()));
+    runner.SetKeepCallerFree(true);
+    runner.SetCancelCheck([] { return CUIServices::Current().ProgressCancelled(); });
+    runner.Run(scripts, [&](int index, const CScriptTestReport& report, double) {
+        AppendReport(report);
+        failed = failed || !report.passed;
+        if (m_observer)
+            for (const CTestCaseOutcome& outcome : report.outcomes)
+                m_observer(outcome);
+        announce(index + 1);
+    });
     scripts.clear();
     progress.Close();
     FinishRun(failed);

@@ -46,9 +46,13 @@ public:
     CTestJavaScriptService(const CTestJavaScriptService&) = delete;
     CTestJavaScriptService& operator=(const CTestJavaScriptService&) = delete;
 
-    // Every script's cases, in the system data's order; on any failure a
-    // message box and the result file are shown. Always 1.
+    // Every script's cases, in the system data's order, on one worker per
+    // core (SetJobs), with the progress window; a cancel there stops after
+    // the scripts already running. On any failure a message box and the
+    // result file are shown. Always 1.
     int RunAllTests();
+    // Workers of RunAllTests; 0 (the default) means one per core.
+    void SetJobs(int jobs) { m_jobs = jobs; }
 
     // One case: global functions, global parameters, case text and script
     // joined with "\r\n" and run; each row's ParmValue becomes the value its
@@ -129,4 +133,5 @@ private:
     // Set while a report is being gathered: entries go there, not to the file.
     CScriptTestReport* m_gathering = nullptr;
     bool m_writeFailed = false;
+    int m_jobs = 0;
 };

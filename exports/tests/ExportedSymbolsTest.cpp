@@ -41,4 +41,5 @@ TEST(ExportedSymbolsTest, OnlyTheEntryClassesAreVisible)
     EXPECT_TRUE(names.contains(QStringLiteral("CCeateDialog::Instance()")));
     EXPECT_TRUE(names.contains(QStringLiteral("CCeateDialog::Domodle()")));
     EXPECT_TRUE(names.contains(QStringLiteral("CCeateDialog::Release()")));
+    EXPECT_TRUE(names.contains(QStringLiteral("CVelmoraExport::DoJaveScriptTest()")));
 }

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -34,13 +35,15 @@ public:
         m_ready.notify_all();
     }
 
-    Finished Take(int index)
+    // Waits at most `wait` for the report; false when it is not there yet.
+    bool TryTake(int index, std::chrono::milliseconds wait, Finished& out)
     {
         std::unique_lock guard(m_lock);
-        m_ready.wait(guard, [&] { return m_slots[size_t(index)].has_value(); });
-        Finished finished = std::move(*m_slots[size_t(index)]);
+        if (!m_ready.wait_for(guard, wait, [&] { return m_slots[size_t(index)].has_value(); }))
+            return false;
+        out = std::move(*m_slots[size_t(index)]);
         m_slots[size_t(index)].reset();
-        return finished;
+        return true;
     }
 
 private:
@@ -78,34 +81,44 @@ int CParallelTestRunner::WorkersFor(int scripts) const
     return std::max(1, std::min(m_jobs, scripts));
 }
 
-void CParallelTestRunner::Run(const QList<Script>& scripts, const ReportSink& sink)
+int CParallelTestRunner::Run(const QList<Script>& scripts, const ReportSink& sink)
 {
     if (scripts.isEmpty())
-        return;
-    if (WorkersFor(int(scripts.size())) == 1)
-        RunInline(scripts, sink);
-    else
-        RunThreaded(scripts, sink);
+        return 0;
+    if (WorkersFor(int(scripts.size())) == 1 && !m_keepCallerFree)
+        return RunInline(scripts, sink);
+    return RunThreaded(scripts, sink);
 }
 
-void CParallelTestRunner::RunInline(const QList<Script>& scripts, const ReportSink& sink)
+int CParallelTestRunner::RunInline(const QList<Script>& scripts, const ReportSink& sink)
 {
     CTestJavaScriptService service;
     for (int i = 0; i < scripts.size(); ++i) {
+        if (i > 0 && Cancelled())
+            return i;
         const Finished finished = RunOne(service, scripts.at(i), m_coverage);
         Hand(m_coverage, i, finished, sink);
     }
+    return int(scripts.size());
 }
 
-void CParallelTestRunner::RunThreaded(const QList<Script>& scripts, const ReportSink& sink)
+int CParallelTestRunner::RunThreaded(const QList<Script>& scripts, const ReportSink& sink)
 {
     const int count = int(scripts.size());
     ReportBoard board(count);
-    std::atomic<int> next{0};
+    // Scripts are claimed in order, so the claimed ones are always a prefix
+    // of the list; a cancel moves the end to that prefix.
+    std::mutex claimLock;
+    int next = 0;
+    int end = count;
+    auto claim = [&] {
+        std::lock_guard guard(claimLock);
+        return next < end ? next++ : -1;
+    };
     auto work = [&] {
         // The service, and with it the engine context, lives and dies on this thread.
         CTestJavaScriptService service;
-        for (int i = next.fetch_add(1); i < count; i = next.fetch_add(1))
+        for (int i = claim(); i >= 0; i = claim())
             board.Put(i, RunOne(service, scripts.at(i), m_coverage));
     };
     std::vector<std::thread> workers;
@@ -117,14 +130,32 @@ void CParallelTestRunner::RunThreaded(const QList<Script>& scripts, const Report
             break; // out of threads: the ones running share the scripts
         }
     }
-    if (workers.empty()) {
-        RunInline(scripts, sink);
-        return;
-    }
-    for (int i = 0; i < count; ++i) {
-        const Finished finished = board.Take(i);
+    if (workers.empty())
+        return RunInline(scripts, sink);
+    bool stopped = false;
+    auto stopIfCancelled = [&] {
+        if (stopped || !Cancelled())
+            return;
+        std::lock_guard guard(claimLock);
+        end = next;
+        stopped = true;
+    };
+    auto runEnd = [&] {
+        std::lock_guard guard(claimLock);
+        return end;
+    };
+    int i = 0;
+    for (; i < runEnd(); ++i) {
+        Finished finished;
+        bool taken = false;
+        while (!(taken = board.TryTake(i, std::chrono::milliseconds(25), finished)) && i < runEnd())
+            stopIfCancelled();
+        if (!taken)
+            break; // cancelled before this script was claimed
         Hand(m_coverage, i, finished, sink);
+        stopIfCancelled();
     }
     for (std::thread& worker : workers)
         worker.join();
+    return i;
 }

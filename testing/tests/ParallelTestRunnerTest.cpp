@@ -1,4 +1,6 @@
+#include "CAccessSysData_MacrosTable.h"
 #include "CParallelTestRunner.h"
+#include "RunnerTestSupport.h"
 #include "CSampleDataSeeder.h"
 #include "CTestCaseStore.h"
 #include "TestEnvironment.h"
@@ -37,7 +39,7 @@ Collected RunWith(int jobs, const QList<CParallelTestRunner::Script>& scripts)
 
 } // namespace
 
-using ParallelTestRunnerTest = TempHomeTest;
+using ParallelTestRunnerTest = RunnerTest;
 
 TEST_F(ParallelTestRunnerTest, ReportsComeBackInScriptOrderWhateverTheJobs)
 {
@@ -76,4 +78,50 @@ TEST(ParallelTestRunnerWorkersTest, WorkersNeverOutnumberScripts)
     const struct { int jobs, scripts, workers; } cases[] = {{1, 10, 1}, {4, 10, 4}, {4, 2, 2}, {4, 0, 1}, {0, 5, 1}, {-3, 5, 1}, {256, 300, 256}};
     for (const auto& c : cases)
         EXPECT_EQ(CParallelTestRunner(c.jobs).WorkersFor(c.scripts), c.workers) << c.jobs << "/" << c.scripts;
+}
+
+TEST_F(ParallelTestRunnerTest, RunAllWritesTheSameResultLinesWithOneWorkerOrMany)
+{
+    ASSERT_TRUE(CSampleDataSeeder().SeedIfNeeded());
+    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent("梁\\未测.js", "var q = 1;"));
+    SeedGlobals("梁\\坏.js");
+    SeedCase("梁\\坏.js", "a.tx", "", {{"q", "1"}});
+    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent("梁\\坏.js", "var = ;"));
+    QStringList results;
+    for (int jobs : {1, 3}) {
+        CTestJavaScriptService service;
+        service.SetJobs(jobs);
+        service.RunAllTests();
+        results << Masked(service);
+    }
+    EXPECT_EQ(results[0].count("测试通过!"), 21);
+    EXPECT_TRUE(results[0].contains("检测测试()发现错误:没有测试用例!"));
+    EXPECT_EQ(results[1], results[0]);
+}
+
+TEST_F(ParallelTestRunnerTest, ACancelledRunAllWritesTheScriptsThatRan)
+{
+    // Slow scripts, so that the cancel comes while the first ones run.
+    const QString slow = "var t = Date.now(); while (Date.now() - t < 300) {} var r = 1;";
+    QStringList names;
+    for (int i = 0; i < 6; ++i) {
+        names << QString("s%1.js").arg(i);
+        ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent(names.last(), slow));
+        SeedGlobals(names.last());
+        SeedCase(names.last(), "c.tx", "", {{"r", "1"}});
+    }
+    Ui().SetProgressCancelled(true);
+    CTestJavaScriptService service;
+    service.SetJobs(2);
+    EXPECT_EQ(service.RunAllTests(), 1);
+    // Whole scripts, in order, from the first: never one that was not run.
+    const QString result = Masked(service);
+    int ran = 0;
+    QString expected;
+    while (ran < names.size() && result.contains("(" + names[ran] + ")"))
+        expected += Line(names[ran], "c.tx", "计算结果一致!") + Line(names[ran], "c.tx", "测试通过!"), ++ran;
+    EXPECT_LT(ran, names.size());
+    EXPECT_EQ(result, expected);
+    EXPECT_TRUE(Ui().CallsOf("MessageBox").isEmpty());
+    EXPECT_EQ(Ui().CallsOf("ProgressEnd").size(), 1);
 }
