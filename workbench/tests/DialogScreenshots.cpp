@@ -15,7 +15,8 @@
 
 namespace {
 
-// The whole screen when there is one (dialogs over their owner), else the widget.
+// The screen under the widget when there is one (so dialogs over their
+// owner show both), else the widget alone.
 bool Shoot(QWidget& widget, const QString& file)
 {
     widget.show();
@@ -26,7 +27,7 @@ bool Shoot(QWidget& widget, const QString& file)
     }
     QScreen* screen = QGuiApplication::primaryScreen();
     const QPixmap shot = QGuiApplication::platformName() == QLatin1String("xcb") && screen
-                             ? screen->grabWindow(0)
+                             ? screen->grabWindow(0, widget.x(), widget.y(), widget.width(), widget.height())
                              : widget.grab();
     const bool saved = shot.save(file);
     std::fprintf(stderr, "%s %s\n", saved ? "wrote" : "could not write", qPrintable(file));
