@@ -1,6 +1,7 @@
 #include "CJSDialogWnd.h"
 
 #include <QComboBox>
+#include <QFontDatabase>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -35,6 +36,7 @@ CJSDialogWnd::CJSDialogWnd(CJSDialog& dialog, QWidget* owner)
     if (owner)
         setWindowIcon(owner->windowIcon());
     m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
 
     auto* grid = new QGridLayout(this);
     grid->addWidget(new QLabel(QStringLiteral("脚本"), this), 0, 0);

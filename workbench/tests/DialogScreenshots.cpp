@@ -1,6 +1,9 @@
 // Screenshots of the workbench dialogs on sample data, for the README. Run
 // under Xvfb: workbench_screenshots OUTPUT_FOLDER
 #include "CDlgMacroList.h"
+#include "CJSDialog.h"
+#include "CJSDialogHost.h"
+#include "CJSDialogWnd.h"
 #include "CMacroDataManager.h"
 #include "CQtUIService.h"
 #include "CSampleDataSeeder.h"
@@ -48,6 +51,15 @@ void StoreSampleMacros()
     }
 }
 
+// Until the workbench window stands, a plain owner with a chosen row.
+class ChosenRow : public CJSDialogHost
+{
+public:
+    QString GetChosenScriptName() const override { return QStringLiteral("梁\\矩形箍筋下料长度.js|弯起钢筋长度.js"); }
+    QString GetGatheredScript() const override { return QString(); }
+    bool RunScriptText(const QString&) override { return false; }
+};
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -70,5 +82,16 @@ int main(int argc, char** argv)
 
     CDlgMacroList list;
     list.move(60, 60);
-    return Shoot(list, out + "/macro-list.png") ? 0 : 1;
+    bool ok = Shoot(list, out + "/macro-list.png");
+    list.hide();
+
+    QWidget owner;
+    owner.setWindowTitle(QStringLiteral("脚本调试工具"));
+    owner.setGeometry(0, 0, 1200, 800);
+    owner.show();
+    ChosenRow host;
+    CJSDialog import(&host);
+    import.Create(&owner);
+    ok = Shoot(*import.GetWindow(), out + "/import-dialog-alone.png") && ok;
+    return ok ? 0 : 1;
 }
