@@ -1,7 +1,9 @@
 #include "CTestJavaScriptService.h"
 
 #include "CAccessSysData_MacrosTable.h"
+#include "CJoinedTextLines.h"
 #include "CMacroParam.h"
+#include "CNativeCoverage.h"
 #include "COutPutTextTable.h"
 #include "CProgressDlg_Control.h"
 #include "CSysMacrosTable.h"
@@ -138,7 +140,10 @@ bool CTestJavaScriptService::RunTestCase(const QString& globalFun, const QString
     for (int row = 1; row <= table.GetRowCount(); ++row)
         params.Add(CMacroParam(table.GetAsString(CTestCaseInfoTable::ParmName, row),
                                table.GetAsString(CTestCaseInfoTable::ParmValue, row), QString()));
-    if (!m_macro.ExecuteScript(program, params)) {
+    const bool ran = m_macro.ExecuteScript(program, params);
+    if (m_coverage)
+        m_coverage->AddRun(m_coverageScript, globalFun, globalParm, caseText, scriptText, m_macro.LastLineHits());
+    if (!ran) {
         error = m_macro.GetError();
         return false;
     }
@@ -207,9 +212,9 @@ bool CTestJavaScriptService::ReadAllScripts(QList<Script>& scripts)
 }
 
 void CTestJavaScriptService::Record(CScriptTestReport& report, const QString& caseName, bool passed,
-                                    const QString& message, const QList<CTestCaseOutcome::Row>& rows)
+                                    const QString& message, const QList<CTestCaseOutcome::Row>& rows,
+                                    CTestCaseOutcome outcome)
 {
-    CTestCaseOutcome outcome;
     outcome.script = report.script;
     outcome.caseName = caseName;
     outcome.passed = passed;
@@ -221,14 +226,21 @@ void CTestJavaScriptService::Record(CScriptTestReport& report, const QString& ca
         m_observer(outcome);
 }
 
+void CTestJavaScriptService::SetCoverage(CNativeCoverage* coverage)
+{
+    m_coverage = coverage;
+    m_macro.SetCollectCoverage(coverage != nullptr);
+}
+
 bool CTestJavaScriptService::RunScriptTests(const QString& name, const QString& scriptText,
-                                            CScriptTestReport* report)
+                                            CScriptTestReport* report, const QString& onlyCase)
 {
     CScriptTestReport local;
     CScriptTestReport& target = report ? *report : local;
     target.script = name;
     const bool passedBefore = target.passed;
     target.passed = true;
+    m_coverageScript = name;
     CScriptTestReport* const outer = m_gathering;
     m_gathering = report;
 
@@ -245,7 +257,8 @@ bool CTestJavaScriptService::RunScriptTests(const QString& name, const QString& 
         CArray<QString> cases;
         ListTestCases(name, cases);
         for (const QString& caseName : cases)
-            RunOneCase(name, caseName, globalFun, globalParm, scriptText, target);
+            if (onlyCase.isEmpty() || caseName == onlyCase)
+                RunOneCase(name, caseName, globalFun, globalParm, scriptText, target);
     }
 
     m_gathering = outer;
@@ -260,7 +273,8 @@ void CTestJavaScriptService::RunOneCase(const QString& name, const QString& case
 {
     CTestCaseInfoTable stored;
     QString caseText;
-    if (!LoadTestCase(name, caseName, caseText, &stored)) {
+    CTestCaseOutcome extra;
+    if (!LoadTestCase(name, caseName, caseText, &stored, &extra.tableUnreadable)) {
         LogTestMessage(name, caseName, kCaseUnreadable);
         Record(report, caseName, false, kCaseUnreadable);
         return;
@@ -270,16 +284,28 @@ void CTestJavaScriptService::RunOneCase(const QString& name, const QString& case
     QString error;
     if (!RunTestCase(globalFun, globalParm, caseText, scriptText, *run, error)) {
         LogTestMessage(name, caseName, error);
-        Record(report, caseName, false, error);
+        CJoinedTextLines lines;
+        // Whatever the engine put in front of the case's text comes first.
+        const QString crlf = QStringLiteral("\r\n");
+        const QString joined = globalFun + crlf + globalParm + crlf + caseText + crlf + scriptText;
+        const QString whole = m_macro.GetLastScript();
+        if (whole.size() > joined.size() && whole.endsWith(crlf + joined))
+            lines.Add(QStringLiteral("global script"), whole.left(whole.size() - joined.size() - crlf.size()));
+        lines.Add(kGlobalFunFile, globalFun);
+        lines.Add(kGlobalParmFile, globalParm);
+        lines.Add(QStringLiteral("case"), caseText);
+        lines.Add(QStringLiteral("script"), scriptText);
+        extra.where = lines.Locate(CJoinedTextLines::ErrorLine(error));
+        Record(report, caseName, false, error, {}, extra);
         return;
     }
     QList<CTestCaseOutcome::Row> rows;
     if (!CompareAndLog(name, caseName, *run, stored, rows)) {
-        Record(report, caseName, false, kResultsDisagree, rows);
+        Record(report, caseName, false, kResultsDisagree, rows, extra);
         return;
     }
     LogTestMessage(name, caseName, kTestPassed);
-    Record(report, caseName, true, kTestPassed, rows);
+    Record(report, caseName, true, kTestPassed, rows, extra);
 }
 
 int CTestJavaScriptService::RunAllTests()
