@@ -61,6 +61,16 @@ void CJSDialog::DestroyWindow()
         delete m_window.data();
 }
 
+bool CJSDialog::IsWindow() const
+{
+    return !m_window.isNull();
+}
+
+CJSDialogWnd* CJSDialog::GetWindow() const
+{
+    return m_window.data();
+}
+
 bool CJSDialog::UseSecondTable() const
 {
     return m_data.scriptPath.contains(QStringLiteral("图形法脚本\\"))

@@ -38,8 +38,8 @@ public:
     // it, initialises it from the chosen script row and shows it.
     void Create(QWidget* owner);
     void DestroyWindow();
-    bool IsWindow() const { return !m_window.isNull(); }
-    CJSDialogWnd* GetWindow() const { return m_window.data(); }
+    bool IsWindow() const;
+    CJSDialogWnd* GetWindow() const;
 
     // Scripts of the graphical-method and general folders live in the second table.
     bool UseSecondTable() const;
