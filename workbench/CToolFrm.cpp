@@ -96,6 +96,12 @@ void CToolFrm::CreateMenus()
         action->setShortcutContext(Qt::WindowShortcut);
         script->addAction(action);
     }
+    script->addSeparator();
+    QAction* open = CommandAction(32794, QStringLiteral("打开设置文件..."));
+    open->setShortcut(QKeySequence::Open);
+    open->setShortcutContext(Qt::WindowShortcut);
+    script->addAction(open);
+    script->addAction(CommandAction(32795, QStringLiteral("宏列表...")));
     QMenu* help = menuBar()->addMenu(QStringLiteral("帮助(&H)"));
     help->addAction(CommandAction(16, QStringLiteral("关于 Velmora(&A)...")));
 }

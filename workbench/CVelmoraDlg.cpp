@@ -3,7 +3,9 @@
 #include "CAccessSysData_MacrosTable.h"
 #include "CAccessSysData_MacrosV2Table.h"
 #include "CConnectManager.h"
+#include "CDlgLoad.h"
 #include "CDlgMacro.h"
+#include "CDlgMacroList.h"
 #include "CDlgNew.h"
 #include "CEditCtr.h"
 #include "CEditListCtrl.h"
@@ -12,6 +14,7 @@
 #include "CMacroImplement.h"
 #include "CResultBar.h"
 #include "CSampleScripts.h"
+#include "CSettingsFileOpener.h"
 #include "CStcMiniFrm.h"
 #include "CSteelBarBar.h"
 #include "CToolFrm.h"
@@ -88,7 +91,7 @@ CVelmoraDlg::CVelmoraDlg()
 
 CVelmoraDlg::~CVelmoraDlg()
 {
-    delete m_importDialog.data();
+    m_jsDialog.DestroyWindow();
     if (s_instance == this)
         s_instance = nullptr;
 }
@@ -118,6 +121,8 @@ bool CVelmoraDlg::OnCommand(int id)
     case 32793: ClearParams(); break;
     case 1014: WriteTextFile(QStringLiteral("c:\\hello.txt"), QStringLiteral("longlongago")); break;
     case 16: ShowAbout(); break;
+    case 32794: OpenSettingsFile(); break;
+    case 32795: ShowMacroList(); break;
     case 32775: case 32772: case 32773: case 32782: break; // offered, nothing to do
     default: return false;
     }
@@ -156,17 +161,34 @@ int CVelmoraDlg::RunnerPrefixLines() const
 bool CVelmoraDlg::RunScript()
 {
     GatherParams();
+    return RunGathered();
+}
+
+bool CVelmoraDlg::RunScriptText(const QString& script)
+{
+    GatherParams();
+    m_scriptText = script;
+    return RunGathered();
+}
+
+bool CVelmoraDlg::RunGathered()
+{
     Editor()->MarkErrorLine(0);
     if (!m_runner.ExecuteScript(m_scriptText, m_inputs, m_params)) {
         ShowRunError();
         return false;
     }
     CJsParserOpr::Release();
+    ShowParams();
+    return true;
+}
+
+void CVelmoraDlg::ShowParams()
+{
     CEditListCtrl* list = ParamList();
     list->DeleteAllItems();
     for (const CMacroParam& param : m_params)
         list->InsertRow({param.GetName(), param.GetValue(), param.GetDescription()});
-    return true;
 }
 
 void CVelmoraDlg::ShowRunError()
@@ -335,17 +357,58 @@ void CVelmoraDlg::OnScriptChosen(const QString& name)
 
 void CVelmoraDlg::OpenImportDialog()
 {
-    // Waiting for the import dialog CJSDialog: it is created here, centred on
-    // this window, once it exists. Until then the command closes an open one.
-    delete m_importDialog.data();
+    m_jsDialog.SetHost(this);
+    m_jsDialog.Create(this);
 }
 
 void CVelmoraDlg::FillImportDialog()
 {
-    if (!m_importDialog)
+    m_jsDialog.FillFromChosenRow();
+}
+
+QString CVelmoraDlg::GetChosenScriptName() const
+{
+    return ToolFrame() ? ToolFrame()->ScriptListBar()->LastChosenName() : QString();
+}
+
+void CVelmoraDlg::OpenSettingsFile()
+{
+    CDlgLoad dialog(this);
+    if (dialog.exec() != QDialog::Accepted || !CSettingsFileOpener::Open(dialog.m_strFileName, m_paramFile))
         return;
-    // Waiting for CJSDialog: its path, combo (ImportComboEntries), script
-    // text and database path (ImportDatabasePath) are pushed here.
+    m_settingsFileName = m_paramFile.GetFilePath();
+    m_scriptFileName = m_paramFile.GetScriptFile();
+    m_scriptText = m_paramFile.GetScript();
+    m_inputs.SetSize(0);
+    m_paramFile.GetOutputParams(m_params);
+    Editor()->setText(m_scriptText);
+    ShowParams();
+}
+
+void CVelmoraDlg::ShowMacroList()
+{
+    CDlgMacroList dialog(this);
+    dialog.SetOpener([this](const CMacro& macro) { OpenMacro(macro); });
+    dialog.SetFactsAsker([&dialog](CMacro& facts) {
+        CDlgMacro ask(&dialog);
+        if (ask.exec() != QDialog::Accepted)
+            return false;
+        facts.SetName(ask.m_strName);
+        facts.SetType(ask.m_nType);
+        facts.SetDescription(ask.m_strDescription);
+        return true;
+    });
+    dialog.exec();
+}
+
+void CVelmoraDlg::OpenMacro(const CMacro& macro)
+{
+    m_macro = macro;
+    m_scriptText = macro.GetContent();
+    m_inputs.SetSize(0);
+    m_params.Copy(macro.OutputParams());
+    Editor()->setText(m_scriptText);
+    ShowParams();
 }
 
 QStringList CVelmoraDlg::ImportComboEntries(const QString& scriptName)

@@ -1,5 +1,7 @@
 #pragma once
 #include "CArray.h"
+#include "CJSDialog.h"
+#include "CJSDialogHost.h"
 #include "CMacro.h"
 #include "CMacroParam.h"
 #include "CMacroParamFile.h"
@@ -17,7 +19,7 @@ class CToolFrm;
 
 // The workbench window "脚本调试工具": hosts the tool frame and turns its
 // commands into runs, settings-file and database saves. One per process.
-class CVelmoraDlg : public QWidget, public CMessageTarget, public CCommandTarget
+class CVelmoraDlg : public QWidget, public CMessageTarget, public CCommandTarget, public CJSDialogHost
 {
     Q_OBJECT
 public:
@@ -50,13 +52,22 @@ public:
     void OnScriptChosen(const QString& name);
 
     // The import dialog's window (null while closed) and its fill step.
-    QDialog* ImportDialog() const { return m_importDialog; }
+    CJSDialog& ImportDialog() { return m_jsDialog; }
     void FillImportDialog();
     // Combo entries for a chosen script name: its path, then the first path
     // component joined with each further component.
     static QStringList ImportComboEntries(const QString& scriptName);
     // The system database path with ".qxcd" read as ".mdb".
     static QString ImportDatabasePath();
+
+    // The import dialog's view of the workbench.
+    QString GetChosenScriptName() const override;
+    QString GetGatheredScript() const override { return m_scriptText; }
+    bool RunScriptText(const QString& script) override;
+
+    // Puts a stored macro into the editor and the parameter pane; it becomes
+    // the current macro, so the next database save updates it.
+    void OpenMacro(const CMacro& macro);
 
     // Lines the runner puts before the script text.
     int RunnerPrefixLines() const;
@@ -82,11 +93,15 @@ private:
     void DeleteSelectedParams();
     void ClearParams();
     void ShowAbout();
+    void OpenSettingsFile();
+    void ShowMacroList();
+    bool RunGathered();
+    void ShowParams();
     void ShowRunError();
 
     static CVelmoraDlg* s_instance;
 
-    QPointer<QDialog> m_importDialog;
+    CJSDialog m_jsDialog;
     CStcMiniFrm* m_frameHolder = nullptr;
     CV8MacroImplement m_runner;
     CMacroParamFile m_paramFile;
