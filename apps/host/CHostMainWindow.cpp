@@ -195,3 +195,12 @@ void CHostMainWindow::closeEvent(QCloseEvent* event)
     event->accept();
     emit closed();
 }
+
+bool CHostMainWindow::event(QEvent* event)
+{
+    if (event->type() == QEvent::Paint && !m_painted) {
+        m_painted = true;
+        emit firstPainted();
+    }
+    return QMainWindow::event(event);
+}

@@ -36,9 +36,12 @@ signals:
     void computeFinished();
     // The host is closing; the workbench windows it opened have no owner.
     void closed();
+    // The window's first paint: it is on the screen.
+    void firstPainted();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     struct Outcome
@@ -66,5 +69,6 @@ private:
     QAction* m_computeAction = nullptr;
     QThread* m_worker = nullptr;
     std::atomic<bool> m_stop{false};
+    bool m_painted = false;
     Outcome m_outcome;
 };

@@ -106,14 +106,10 @@ CProjectCalcService::Result CProjectCalcService::RunUse(const CSampleProject::Me
         return result;
     }
     QString declarations;
-    for (const auto& [name, source] : use.inputs) {
-        bool number = false;
-        source.toDouble(&number);
-        if (!number && !values.contains(source)) {
-            result.error = QStringLiteral("缺少输入参数%1").arg(source);
-            return result;
-        }
-        declarations += QStringLiteral("var %1 = %2;").arg(name, number ? source : values.value(source)) + kCrLf;
+    QString missing;
+    if (!Declare(use.inputs, values, declarations, missing)) {
+        result.error = QStringLiteral("缺少输入参数%1").arg(missing);
+        return result;
     }
     m_ranFor[use.key].insert(member.kind);
     CArray<CMacroParam> outputs;
@@ -140,6 +136,22 @@ CProjectCalcService::Result CProjectCalcService::RunUse(const CSampleProject::Me
             result.error = QStringLiteral("钢筋重量无法计算(%1): %2").arg(use.weight, weight);
     }
     return result;
+}
+
+bool CProjectCalcService::Declare(const QList<QPair<QString, QString>>& inputs, const QMap<QString, QString>& values,
+                                  QString& declarations, QString& missing)
+{
+    declarations.clear();
+    for (const auto& [name, source] : inputs) {
+        bool number = false;
+        source.toDouble(&number);
+        if (!number && !values.contains(source)) {
+            missing = source;
+            return false;
+        }
+        declarations += QStringLiteral("var %1 = %2;").arg(name, number ? source : values.value(source)) + kCrLf;
+    }
+    return true;
 }
 
 QString CProjectCalcService::AnalyseLine(const Result& result) const
