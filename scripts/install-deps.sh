@@ -17,6 +17,7 @@ PACKAGES=(
   postgresql postgresql-client
   openjdk-17-jre-headless chromium
   xdg-utils
+  xvfb xauth fonts-wqy-microhei
 )
 
 # Node.js may already come from elsewhere (with its own npm); only add Debian's when absent.

@@ -84,6 +84,7 @@ void CHostMainWindow::BuildTable()
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->horizontalHeader()->setStretchLastSection(true);
+    m_table->verticalHeader()->setDefaultSectionSize(m_table->fontMetrics().height() + 6);
     const int widths[] = {70, 50, 250, 280, 110};
     for (int column = 0; column < 5; ++column)
         m_table->setColumnWidth(column, widths[column]);
