@@ -4,6 +4,7 @@
 #include "UIFunction.h"
 
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
@@ -34,8 +35,9 @@ CHostMainWindow::CHostMainWindow(CVelmoraLibrary& library, QWidget* parent)
     m_libraryStatus = new QLabel(this);
     m_libraryStatus->setObjectName(QStringLiteral("libraryStatus"));
     m_libraryStatus->setText(m_library.Error().isEmpty()
-                                 ? QStringLiteral("脚本工作台库: %1").arg(m_library.Path())
+                                 ? QStringLiteral("脚本工作台库: %1").arg(QFileInfo(m_library.Path()).fileName())
                                  : QStringLiteral("脚本工作台库未加载"));
+    m_libraryStatus->setToolTip(m_library.Error().isEmpty() ? m_library.Path() : m_library.Error());
     m_summary = new QLabel(QStringLiteral("选择\"计算\"计算示例工程"), this);
     m_summary->setObjectName(QStringLiteral("summary"));
     m_progress = new QProgressBar(this);
