@@ -20,6 +20,8 @@ public:
     virtual void ProgressBegin(const QString& title) = 0;
     virtual void ProgressUpdate(const QString& text, int pos, int range) = 0;
     virtual void ProgressEnd() = 0;
+    // True once the user asked the progress window to stop.
+    virtual bool ProgressCancelled() { return false; }
 
     // Asks for one line of text; false when the user cancels.
     virtual bool InputText(const QString& prompt, const QString& caption, QString& value) = 0;

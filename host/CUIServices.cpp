@@ -18,6 +18,12 @@ std::shared_ptr<CUIService>& Slot()
     return service;
 }
 
+bool& Installed()
+{
+    static bool installed = false;
+    return installed;
+}
+
 } // namespace
 
 CUIService& CUIServices::Current()
@@ -32,5 +38,12 @@ CUIService& CUIServices::Current()
 void CUIServices::Install(std::shared_ptr<CUIService> service)
 {
     std::lock_guard guard(Lock());
+    Installed() = service != nullptr;
     Slot() = std::move(service);
+}
+
+bool CUIServices::IsInstalled()
+{
+    std::lock_guard guard(Lock());
+    return Installed();
 }

@@ -10,4 +10,6 @@ class CUIServices
 public:
     static CUIService& Current();
     static void Install(std::shared_ptr<CUIService> service);
+    // True when a process or a test installed a backend of its own.
+    static bool IsInstalled();
 };

@@ -1,6 +1,11 @@
 #pragma once
+#include "CTestShard.h"
+
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
+
+class QCommandLineParser;
 
 // The command line of velmora-test. Parsing never exits the process: the
 // caller decides what to print and which status to return.
@@ -9,8 +14,10 @@ class CCliOptions
 public:
     enum class Action { Run, Help, Version, Error };
 
-    // args[0] is the program name, as in QCoreApplication::arguments().
-    Action Parse(const QStringList& args);
+    // args[0] is the program name, as in QCoreApplication::arguments(). `env`
+    // gives the shard when --shard does not: VELMORA_SHARD=K/N, else the
+    // 1-based CI_NODE_INDEX and CI_NODE_TOTAL of GitLab-style parallel jobs.
+    Action Parse(const QStringList& args, const QProcessEnvironment& env = QProcessEnvironment());
 
     // One line saying what was wrong, set when Parse returns Error.
     QString Error() const { return m_error; }
@@ -26,12 +33,16 @@ public:
     QString CasesDir() const { return m_cases; }
     int TimeoutMs() const { return m_timeoutMs; }   // 0: the host context's budget
     bool Quiet() const { return m_quiet; }
+    CTestShard Shard() const { return m_shard; }
+    bool List() const { return m_list; }                // print the chosen scripts, run nothing
 
     static constexpr int kMaxJobs = 256;
 
 private:
-    bool ReadValues(const QStringList& args);
-    bool ReadPositiveInt(const QString& option, const QString& text, int max, int& value);
+    bool ReadValues(const QCommandLineParser& parser);
+    bool ReadPositiveInt(const QCommandLineParser& parser, const QString& name, int max, int& value);
+    bool ReadShard(const QCommandLineParser& parser, const QProcessEnvironment& env);
+    bool Fail(const QString& error);
 
     QString m_error;
     QString m_script;
@@ -42,4 +53,6 @@ private:
     QString m_cases;
     int m_timeoutMs = 0;
     bool m_quiet = false;
+    CTestShard m_shard;
+    bool m_list = false;
 };

@@ -135,14 +135,15 @@ QByteArray CJUnitReport::ToXml() const
     xml.setAutoFormatting(true);
     xml.writeStartDocument();
     xml.writeStartElement(QStringLiteral("testsuites"));
-    xml.writeAttribute(QStringLiteral("name"), QStringLiteral("velmora-test"));
+    const QString shard = m_shard.isEmpty() ? QString() : QStringLiteral(" (shard %1)").arg(m_shard);
+    xml.writeAttribute(QStringLiteral("name"), QStringLiteral("velmora-test") + shard);
     xml.writeAttribute(QStringLiteral("tests"), QString::number(Tests()));
     xml.writeAttribute(QStringLiteral("failures"), QString::number(Failures()));
     xml.writeAttribute(QStringLiteral("errors"), QStringLiteral("0"));
     xml.writeAttribute(QStringLiteral("time"), Seconds(seconds));
     const QString stamp = QDateTime::currentDateTime().toString(Qt::ISODate);
     for (const Suite& suite : m_suites)
-        WriteSuite(xml, suite.name, suite.cases, suite.seconds, stamp);
+        WriteSuite(xml, suite.name + shard, suite.cases, suite.seconds, stamp);
     xml.writeEndElement();
     xml.writeEndDocument();
     return bytes;

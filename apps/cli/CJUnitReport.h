@@ -13,6 +13,9 @@ class CJUnitReport
 {
 public:
     void Add(const CScriptTestReport& report, double seconds);
+    // "K/N": suite names carry the shard, so reports merged from every shard
+    // tell their suites apart; test-case names stay as they are.
+    void SetShard(const QString& shard) { m_shard = shard; }
 
     int Tests() const;
     int Failures() const;
@@ -34,4 +37,5 @@ private:
         double seconds = 0;
     };
     std::vector<Suite> m_suites;
+    QString m_shard;
 };

@@ -11,6 +11,7 @@
 
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QProcessEnvironment>
 #include <QThread>
 #include <cstdio>
 
@@ -47,7 +48,7 @@ int CTestCli::Run(const QStringList& args)
 // Returns an exit status when the run ends before any script runs, else -1.
 int CTestCli::Prepare(const QStringList& args)
 {
-    switch (m_options.Parse(args)) {
+    switch (m_options.Parse(args, QProcessEnvironment::systemEnvironment())) {
     case CCliOptions::Action::Help:
         Out(stdout, CCliOptions::HelpText());
         return kAllPassed;
@@ -75,6 +76,10 @@ int CTestCli::Prepare(const QStringList& args)
         Out(stderr, QStringLiteral("seeded %1 sample scripts into %2\n").arg(seeder.ScriptCount()).arg(HostContext::Instance().Home()));
     if (!SelectScripts())
         return SetupError(m_setupError);
+    if (m_options.List())
+        return ListScripts();
+    if (!m_options.Shard().IsWhole())
+        m_junit.SetShard(m_options.Shard().Text());
     m_jobs = m_options.Jobs() > 0 ? m_options.Jobs() : std::max(1, QThread::idealThreadCount());
     m_service = std::make_unique<CTestJavaScriptService>();
     return -1;
@@ -87,20 +92,33 @@ bool CTestCli::SelectScripts()
                            .arg(HostContext::Instance().SystemDatabase());
         return false;
     }
-    if (m_options.Script().isEmpty())
-        return true;
     QList<CTestJavaScriptService::Script> chosen;
+    bool named = m_options.Script().isEmpty();
     for (const CTestJavaScriptService::Script& script : m_scripts) {
-        if (script.name == m_options.Script())
+        if (!m_options.Script().isEmpty() && script.name != m_options.Script())
+            continue;
+        named = true;
+        // A named script of another shard is no error: that shard runs it.
+        if (m_options.Shard().Contains(script.name))
             chosen.append(script);
     }
-    if (chosen.isEmpty()) {
+    if (!named) {
         m_setupError = QStringLiteral("no script named \"%1\" in the system database %2")
                            .arg(m_options.Script(), HostContext::Instance().SystemDatabase());
         return false;
     }
+    m_allScripts = int(m_scripts.size());
     m_scripts = chosen;
     return true;
+}
+
+int CTestCli::ListScripts() const
+{
+    QString names;
+    for (const CTestJavaScriptService::Script& script : m_scripts)
+        names += script.name + QLatin1Char('\n');
+    Out(stdout, names);
+    return kAllPassed;
 }
 
 void CTestCli::RunScripts()
@@ -161,8 +179,12 @@ void CTestCli::PrintSummary(double seconds) const
     if (m_failed > m_failures.size())
         text += QStringLiteral("... and %1 more failures\n").arg(m_failed - m_failures.size());
     const int cases = m_passed + m_failed;
-    text += QStringLiteral("velmora-test: %1 scripts, %2 cases, %3 jobs, %4 s\n")
-                .arg(m_scripts.size()).arg(cases).arg(CParallelTestRunner(m_jobs).WorkersFor(int(m_scripts.size())))
+    const CTestShard shard = m_options.Shard();
+    const QString scripts = shard.IsWhole()
+        ? QStringLiteral("%1 scripts").arg(m_scripts.size())
+        : QStringLiteral("shard %1: %2 of %3 scripts").arg(shard.Text()).arg(m_scripts.size()).arg(m_allScripts);
+    text += QStringLiteral("velmora-test: %1, %2 cases, %3 jobs, %4 s\n")
+                .arg(scripts).arg(cases).arg(CParallelTestRunner(m_jobs).WorkersFor(int(m_scripts.size())))
                 .arg(seconds, 0, 'f', 2);
     text += QStringLiteral("%1 passed, %2 failed\n").arg(m_passed).arg(m_failed);
     const QString resultFile = NativePath::Map(m_service->GetResultFileName());

@@ -27,6 +27,7 @@ public:
 private:
     int Prepare(const QStringList& args);
     bool SelectScripts();
+    int ListScripts() const;
     void RunScripts();
     void Collect(const CScriptTestReport& report);
     int Finish();
@@ -42,5 +43,6 @@ private:
     int m_passed = 0;
     int m_failed = 0;
     int m_jobs = 1;
+    int m_allScripts = 0; // before the shard and --script chose
     QString m_setupError;
 };

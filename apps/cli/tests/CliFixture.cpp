@@ -23,7 +23,7 @@ CliFixture::Outcome CliFixture::Run(QStringList args, const QProcessEnvironment&
         args << "--home" << Home();
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     for (const QString& key : env.keys())
-        if (key.startsWith("VELMORA_"))
+        if (key.startsWith("VELMORA_") || key.startsWith("CI_NODE_"))
             env.remove(key);
     for (const QString& key : extra.keys())
         env.insert(key, extra.value(key));

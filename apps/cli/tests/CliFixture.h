@@ -7,8 +7,8 @@
 #include <QStringList>
 
 // Runs the built velmora-test on the fixture's temporary home and gives its
-// exit status, output and result file. The child sees no VELMORA_* variable
-// of the calling environment; the home is passed with --home.
+// exit status, output and result file. The child sees no VELMORA_* or
+// CI_NODE_* variable of the calling environment; the home is passed with --home.
 class CliFixture : public TempHomeTest
 {
 protected:

@@ -1,0 +1,27 @@
+#include "CCeateDialog.h"
+
+#include "CLibraryStartup.h"
+
+CCeateDialog* CCeateDialog::m_pInstance = nullptr;
+
+CCeateDialog::CCeateDialog() = default;
+CCeateDialog::~CCeateDialog() = default;
+
+CCeateDialog* CCeateDialog::Instance()
+{
+    if (!m_pInstance)
+        m_pInstance = new CCeateDialog;
+    return m_pInstance;
+}
+
+void CCeateDialog::Release()
+{
+    delete m_pInstance;
+    m_pInstance = nullptr;
+}
+
+void CCeateDialog::Domodle()
+{
+    if (!CLibraryStartup::Begin("CCeateDialog::Domodle"))
+        return;
+}
