@@ -34,9 +34,11 @@ CHostMainWindow::CHostMainWindow(CVelmoraLibrary& library, QWidget* parent)
     BuildTable();
     m_libraryStatus = new QLabel(this);
     m_libraryStatus->setObjectName(QStringLiteral("libraryStatus"));
+    const bool partly = m_library.HasWorkbench() || m_library.HasScriptTest();
     m_libraryStatus->setText(m_library.Error().isEmpty()
                                  ? QStringLiteral("脚本工作台库: %1").arg(QFileInfo(m_library.Path()).fileName())
-                                 : QStringLiteral("脚本工作台库未加载"));
+                             : partly ? QStringLiteral("脚本工作台库缺少入口")
+                                      : QStringLiteral("脚本工作台库未加载"));
     m_libraryStatus->setToolTip(m_library.Error().isEmpty() ? m_library.Path() : m_library.Error());
     m_summary = new QLabel(QStringLiteral("选择\"计算\"计算示例工程"), this);
     m_summary->setObjectName(QStringLiteral("summary"));

@@ -9,6 +9,8 @@
 #include "TestEnvironment.h"
 
 #include <cmath>
+#include <dlfcn.h>
+#include <thread>
 
 namespace {
 
@@ -155,4 +157,26 @@ TEST_F(CProjectCalcServiceTest, ProjectIsSeededOnceAndKeepsAddedMembers)
     using Inputs = QList<QPair<QString, QString>>;
     EXPECT_EQ(CSampleProject::ParseInputs(QStringLiteral(" a = b ;c=1.5;bad;=x;y=;p=q=r;")),
               (Inputs{{QStringLiteral("a"), QStringLiteral("b")}, {QStringLiteral("c"), QStringLiteral("1.5")}}));
+}
+
+// The host computes with its own engine on a worker thread while the loaded
+// library runs scripts with its copy on the window thread.
+TEST_F(CProjectCalcServiceTest, RunsBesideALibraryWithItsOwnEngineCopy)
+{
+    void* library = dlopen(VELMORA_FAKE_ENGINE, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(library, nullptr) << dlerror();
+    auto answer = reinterpret_cast<int (*)()>(dlsym(library, "FakeEngineAnswer"));
+    ASSERT_NE(answer, nullptr);
+    bool computed = false;
+    std::thread worker([&computed] {
+        CProjectCalcService service;
+        computed = service.Run() && service.FailureCount() == 0;
+    });
+    worker.join();
+    EXPECT_TRUE(computed);
+    EXPECT_EQ(answer(), 42);
+    std::thread again([&computed] { computed = CProjectCalcService().Run(); });
+    again.join();
+    EXPECT_TRUE(computed);
+    EXPECT_EQ(answer(), 42);
 }
