@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <dlfcn.h>
+#include <functional>
 #include <thread>
 
 namespace {
@@ -159,24 +160,25 @@ TEST_F(CProjectCalcServiceTest, ProjectIsSeededOnceAndKeepsAddedMembers)
               (Inputs{{QStringLiteral("a"), QStringLiteral("b")}, {QStringLiteral("c"), QStringLiteral("1.5")}}));
 }
 
-// The host computes with its own engine on a worker thread while the loaded
-// library runs scripts with its copy on the window thread.
+// The host computes with its own engine while the loaded library runs scripts
+// with its copy; each on threads of their own (a thread holds one context).
 TEST_F(CProjectCalcServiceTest, RunsBesideALibraryWithItsOwnEngineCopy)
 {
     void* library = dlopen(VELMORA_FAKE_ENGINE, RTLD_NOW | RTLD_LOCAL);
     ASSERT_NE(library, nullptr) << dlerror();
     auto answer = reinterpret_cast<int (*)()>(dlsym(library, "FakeEngineAnswer"));
     ASSERT_NE(answer, nullptr);
-    bool computed = false;
-    std::thread worker([&computed] {
+    auto onThread = [](const std::function<int()>& work) {
+        int result = 0;
+        std::thread([&] { result = work(); }).join();
+        return result;
+    };
+    auto compute = [] {
         CProjectCalcService service;
-        computed = service.Run() && service.FailureCount() == 0;
-    });
-    worker.join();
-    EXPECT_TRUE(computed);
-    EXPECT_EQ(answer(), 42);
-    std::thread again([&computed] { computed = CProjectCalcService().Run(); });
-    again.join();
-    EXPECT_TRUE(computed);
-    EXPECT_EQ(answer(), 42);
+        return service.Run() && service.FailureCount() == 0 ? 1 : 0;
+    };
+    EXPECT_EQ(onThread(answer), 42);
+    EXPECT_EQ(onThread(compute), 1);
+    EXPECT_EQ(onThread(answer), 42);
+    EXPECT_EQ(onThread(compute), 1);
 }
