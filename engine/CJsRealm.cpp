@@ -22,6 +22,9 @@
 namespace
 {
 constexpr char kFilePrefix[] = "velmora-script-";
+// Every piece of a case and the whole it makes share one file name, so
+// stacks and error texts name the same file either way.
+constexpr char kPiecesName[] = "case";
 
 // Ends a run of the realm's runtime when it goes out of scope.
 class RunScope
@@ -187,30 +190,81 @@ bool CJsRealm::Run(const QString& text, QVariant* value)
 bool CJsRealm::Execute(CJsRuntime& runtime, const QString& text, QVariant* value)
 {
     JSContext* cx = runtime.Context();
-    const bool keepValue = value != nullptr;
     const bool cached = CJsStencilCache::IsWorthCaching(text);
     const std::string name = kFilePrefix + (cached ? CJsStencilCache::ContentName(text) : std::to_string(m_nextText++));
     AddText(name, text);
+    JS::RootedValue result(cx);
+    if (!ExecuteAs(runtime, Source{text, name, 1, value != nullptr, cached}, &result) || !runtime.DrainJobs())
+        return false;
+    return !value || CJsText::ValueToVariant(cx, result, *value);
+}
+
+bool CJsRealm::ExecuteAs(CJsRuntime& runtime, const Source& source, JS::MutableHandleValue result)
+{
+    JSContext* cx = runtime.Context();
     JS::CompileOptions options(cx);
-    options.setFileAndLine(name.c_str(), 1).setNoScriptRval(!keepValue);
-    RefPtr<JS::Stencil> stencil = runtime.Stencils().Find(text, keepValue);
+    options.setFileAndLine(source.file.c_str(), static_cast<unsigned>(source.line)).setNoScriptRval(!source.keepValue);
+    const CJsStencilCache::Key key{source.text, source.keepValue, source.file, source.line};
+    RefPtr<JS::Stencil> stencil = source.cache ? runtime.Stencils().Find(key) : nullptr;
     if (!stencil)
     {
-        JS::SourceText<char16_t> source;
-        if (!source.init(cx, reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size()),
-                         JS::SourceOwnership::Borrowed))
+        const QString& text = source.text;
+        JS::SourceText<char16_t> units;
+        if (!units.init(cx, reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size()),
+                        JS::SourceOwnership::Borrowed))
             return false;
-        stencil = JS::CompileGlobalScriptToStencil(cx, options, source);
+        stencil = JS::CompileGlobalScriptToStencil(cx, options, units);
         if (!stencil)
             return false;
-        runtime.Stencils().Add(text, keepValue, stencil);
+        if (source.cache)
+            runtime.Stencils().Add(key, stencil);
     }
     JS::InstantiateOptions instantiate(options);
     JS::RootedScript script(cx, JS::InstantiateGlobalStencil(cx, instantiate, stencil));
-    JS::RootedValue result(cx);
-    if (!script || !JS_ExecuteScript(cx, script, &result) || !runtime.DrainJobs())
-        return false;
-    return !value || CJsText::ValueToVariant(cx, result, *value);
+    return script && JS_ExecuteScript(cx, script, result);
+}
+
+bool CJsRealm::RunPieces(const QStringList& pieces, bool joinedOnly)
+{
+    const QString joined = pieces.join(QStringLiteral("\r\n"));
+    const std::string name = kFilePrefix + std::string(kPiecesName);
+    auto runJoined = [&](CJsRuntime& runtime) {
+        JS::RootedValue ignored(runtime.Context());
+        return ExecuteAs(runtime, Source{joined, name, 1, false, CJsStencilCache::IsWorthCaching(joined)}, &ignored)
+               && runtime.DrainJobs();
+    };
+    SplitOutcome outcome = SplitOutcome::InDoubt;
+    const bool ok = InGlobal(true, [&](CJsRuntime& runtime, JS::HandleObject) {
+        AddText(name, joined);
+        outcome = joinedOnly ? SplitOutcome::InDoubt : RunSplit(runtime, pieces);
+        return outcome == SplitOutcome::InDoubt ? runJoined(runtime) : outcome == SplitOutcome::Passed;
+    });
+    m_lastPiecesRun = outcome == SplitOutcome::InDoubt ? PiecesRun::Joined
+                      : outcome == SplitOutcome::Threw ? PiecesRun::SplitThenJoined
+                                                        : PiecesRun::Split;
+    if (outcome != SplitOutcome::Threw)
+        return ok;
+    // What the pieces left behind must not be seen by the whole.
+    ClearError();
+    m_global.reset();
+    return InGlobal(true, [&](CJsRuntime& runtime, JS::HandleObject) { return runJoined(runtime); });
+}
+
+CJsRealm::SplitOutcome CJsRealm::RunSplit(CJsRuntime& runtime, const QStringList& pieces)
+{
+    CJsSplitPlan plan;
+    if (!runtime.Pieces().Plan(pieces, plan))
+        return SplitOutcome::InDoubt;
+    JSContext* cx = runtime.Context();
+    const std::string name = kFilePrefix + std::string(kPiecesName);
+    JS::RootedValue ignored(cx);
+    bool ok = plan.prelude.isEmpty() || ExecuteAs(runtime, Source{plan.prelude, name}, &ignored);
+    for (const CJsSplitPlan::Piece& piece : plan.pieces)
+        ok = ok && ExecuteAs(runtime, Source{piece.text, name, piece.line, false, true}, &ignored);
+    // Jobs run once, after the last piece, as they would after the whole.
+    if (ok && runtime.DrainJobs())
+        return SplitOutcome::Passed;
+    return JS_IsExceptionPending(cx) ? SplitOutcome::Threw : SplitOutcome::Stopped;
 }
 
 bool CJsRealm::Call(const QString& name, const QVariantList& args, QVariant& result)

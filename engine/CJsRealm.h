@@ -31,6 +31,18 @@ public:
     // Runs `text` in the global scope. With `value`, the completion value is
     // given back (empty variant for undefined, String(value) otherwise).
     bool Run(const QString& text, QVariant* value);
+    // Runs the pieces as the one text they make joined with "\r\n": values,
+    // errors and their lines are those of that text. Pieces seen before are
+    // not compiled again: where the split cannot differ from the whole, each
+    // piece runs compiled on its own (at its line in the whole); should that
+    // throw, the whole text runs afresh in a new global and its outcome is the
+    // one reported. With joinedOnly, or where the split is in doubt, the
+    // whole runs as it is.
+    bool RunPieces(const QStringList& pieces, bool joinedOnly);
+    // How the last RunPieces went: the whole ran as it is, the pieces ran,
+    // or the pieces threw and the whole ran afresh.
+    enum class PiecesRun { Joined, Split, SplitThenJoined };
+    PiecesRun LastPiecesRun() const { return m_lastPiecesRun; }
     bool Call(const QString& name, const QVariantList& args, QVariant& result);
     // Own enumerable data properties of the global that hold functions: the
     // functions that code run in this scope declared.
@@ -58,6 +70,19 @@ private:
     JSObject* Global(CJsRuntime& runtime);
     void AddText(const std::string& name, const QString& text);
     bool Execute(CJsRuntime& runtime, const QString& text, QVariant* value);
+    struct Source
+    {
+        const QString& text;
+        const std::string& file;
+        int line = 1;
+        bool keepValue = false;
+        bool cache = false;
+    };
+    // Compiles the text as `file` from `line` (or takes it from the thread's
+    // cache) and runs it in the current global; no jobs are drained.
+    bool ExecuteAs(CJsRuntime& runtime, const Source& source, JS::MutableHandleValue result);
+    enum class SplitOutcome { Passed, InDoubt, Threw, Stopped };
+    SplitOutcome RunSplit(CJsRuntime& runtime, const QStringList& pieces);
     // Binds to the thread's engine, enters the global and runs body(runtime,
     // global); a failing body leaves its error. A missing global leaves one
     // only with captureMissingGlobal.
@@ -74,4 +99,5 @@ private:
     qsizetype m_textChars = 0;
     std::uint64_t m_nextText = 0;
     CJsErrorInfo m_error;
+    PiecesRun m_lastPiecesRun = PiecesRun::Joined;
 };

@@ -101,6 +101,7 @@ CJsRuntime::CJsRuntime(JSContext* cx)
 CJsRuntime::~CJsRuntime()
 {
     DetachAll();
+    m_pieces.Release();
     m_compartmentAnchor.reset();
     m_jobs.reset();
     m_stencils = CJsStencilCache();

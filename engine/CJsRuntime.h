@@ -1,5 +1,6 @@
 #pragma once
 #include "CJsJobQueue.h"
+#include "CJsPieceAnalyzer.h"
 #include "CJsStencilCache.h"
 #include "CJsWatchdog.h"
 
@@ -66,6 +67,7 @@ public:
     int LastRunBudgetMs() const { return m_budgetMs; }
 
     CJsStencilCache& Stencils() { return m_stencils; }
+    CJsPieceAnalyzer& Pieces() { return m_pieces; }
     // Runs the promise jobs the current run queued; false when one was stopped.
     bool DrainJobs() { return !m_jobs || m_jobs->Drain(m_cx); }
 
@@ -106,6 +108,7 @@ private:
     std::shared_ptr<Link> m_link;
     std::unique_ptr<JS::PersistentRooted<JSObject*>> m_compartmentAnchor;
     CJsStencilCache m_stencils;
+    CJsPieceAnalyzer m_pieces{*this};
     std::unique_ptr<CJsJobQueue> m_jobs;
     CJsWatchdog::Slot m_slot;
     std::uint64_t m_run = 0;

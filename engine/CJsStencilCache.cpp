@@ -4,13 +4,15 @@
 
 #include <cstdio>
 
-RefPtr<JS::Stencil> CJsStencilCache::Find(const QString& text, bool keepValue)
+RefPtr<JS::Stencil> CJsStencilCache::Find(const Key& key)
 {
-    if (!IsWorthCaching(text))
-        return nullptr;
     for (auto it = m_entries.begin(); it != m_entries.end(); ++it)
     {
-        if (it->keepValue == keepValue && it->text == text)
+        // The same shared text (a library passed case after case) needs no
+        // character comparison.
+        const bool sameText = it->text.size() == key.text.size()
+                              && (it->text.constData() == key.text.constData() || it->text == key.text);
+        if (it->keepValue == key.keepValue && it->line == key.line && sameText && it->file == key.file)
         {
             m_entries.splice(m_entries.begin(), m_entries, it);
             return m_entries.front().stencil;
@@ -19,11 +21,11 @@ RefPtr<JS::Stencil> CJsStencilCache::Find(const QString& text, bool keepValue)
     return nullptr;
 }
 
-void CJsStencilCache::Add(const QString& text, bool keepValue, JS::Stencil* stencil)
+void CJsStencilCache::Add(const Key& key, JS::Stencil* stencil)
 {
-    if (!IsWorthCaching(text) || !stencil)
+    if (!stencil)
         return;
-    m_entries.push_front(Entry{text, keepValue, RefPtr<JS::Stencil>(stencil)});
+    m_entries.push_front(Entry{key.text, key.keepValue, key.file, key.line, RefPtr<JS::Stencil>(stencil)});
     if (m_entries.size() > kCapacity)
         m_entries.pop_back();
 }

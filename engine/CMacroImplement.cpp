@@ -23,19 +23,28 @@ int CMacroImplement::ExecuteScript(const QString& script, const CArray<CMacroPar
                                    CArray<CMacroParam>& outputs)
 {
     m_engine.ResetScript();
-    return Run(DeclarationsOf(inputs) + kLineBreak + m_globalScript + kLineBreak + script, outputs);
+    return Run(DeclarationsOf(inputs) + kLineBreak + m_globalScript + kLineBreak + script, {}, outputs);
 }
 
 int CMacroImplement::ExecuteScript(const QString& script, CArray<CMacroParam>& outputs)
 {
     m_engine.ResetScript();
-    return Run(m_globalScript + kLineBreak + script, outputs);
+    return Run(m_globalScript + kLineBreak + script, {}, outputs);
 }
 
-int CMacroImplement::Run(const QString& text, CArray<CMacroParam>& outputs)
+int CMacroImplement::ExecuteScript(const QStringList& pieces, CArray<CMacroParam>& outputs)
+{
+    m_engine.ResetScript();
+    const QStringList all = QStringList{m_globalScript} + pieces;
+    return Run(all.join(kLineBreak), all, outputs);
+}
+
+// With pieces, `text` is what they make joined.
+int CMacroImplement::Run(const QString& text, const QStringList& pieces, CArray<CMacroParam>& outputs)
 {
     m_lastScript = text;
-    if (!m_engine.ExecuteStatement(text))
+    const bool ran = pieces.isEmpty() ? m_engine.ExecuteStatement(text) : m_engine.ExecutePieces(pieces, m_joinedRuns);
+    if (!ran)
     {
         m_error = m_engine.GetErrorText();
         return 0;

@@ -4,6 +4,7 @@
 #include "CScriptHost.h"
 
 #include <QString>
+#include <QStringList>
 
 // Runs one macro on its own script engine: the inputs become "var"
 // declarations in front of the global script and the script, the whole text
@@ -24,6 +25,12 @@ public:
     int ExecuteScript(const QString& script, const CArray<CMacroParam>& inputs, CArray<CMacroParam>& outputs);
     // Global script "\r\n" script; the caller's text carries its own inputs.
     int ExecuteScript(const QString& script, CArray<CMacroParam>& outputs);
+    // The same with the script given as pieces to be joined with "\r\n":
+    // the outcome is that of the joined text, but pieces that repeat from
+    // call to call (a global function library) are not parsed again.
+    int ExecuteScript(const QStringList& pieces, CArray<CMacroParam>& outputs);
+    // Runs every text as one whole, never piece by piece (for coverage).
+    void SetJoinedRuns(bool joined) { m_joinedRuns = joined; }
 
     // Evaluates the trimmed name on the engine; "参数不存在!" when that gives
     // no value (undefined, or an error such as an undeclared name). Always 1.
@@ -45,10 +52,11 @@ public:
     CMacroImplement& operator=(const CMacroImplement&) = delete;
 
 private:
-    int Run(const QString& text, CArray<CMacroParam>& outputs);
+    int Run(const QString& text, const QStringList& pieces, CArray<CMacroParam>& outputs);
 
     QString m_error;
     QString m_globalScript;
     CScriptHost m_engine;
     QString m_lastScript;
+    bool m_joinedRuns = false;
 };

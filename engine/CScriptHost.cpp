@@ -84,6 +84,16 @@ bool CScriptHost::ExecuteStatement(const QString& statement)
     return m_control && m_control->Run(statement, nullptr);
 }
 
+bool CScriptHost::ExecutePieces(const QStringList& pieces, bool joinedOnly)
+{
+    return m_control && m_control->RunPieces(pieces, joinedOnly);
+}
+
+bool CScriptHost::LastPiecesRanSplit() const
+{
+    return m_control && m_control->LastPiecesRun() == CJsRealm::PiecesRun::Split;
+}
+
 QVariant CScriptHost::Evaluate(const QString& expression)
 {
     QVariant value;

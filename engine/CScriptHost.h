@@ -3,6 +3,7 @@
 #include "CScriptProcedure.h"
 
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <QVariantList>
 #include <QVector>
@@ -38,6 +39,11 @@ public:
     // Qt resource ":/name", or ":/type/name" with a type; false if missing.
     bool LoadScriptResource(const QString& name, const QString& type = QString());
     bool ExecuteStatement(const QString& statement);
+    // As ExecuteStatement on the pieces joined with "\r\n", with the pieces
+    // that repeat from run to run compiled once (see CJsRealm::RunPieces).
+    bool ExecutePieces(const QStringList& pieces, bool joinedOnly = false);
+    // Whether the last ExecutePieces ran the pieces one by one to the end.
+    bool LastPiecesRanSplit() const;
     // The expression's value; the empty variant for undefined or any error.
     QVariant Evaluate(const QString& expression);
     bool RunProcedure(const QString& name, const QVariantList& args, QVariant& result);

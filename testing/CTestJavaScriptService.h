@@ -55,6 +55,10 @@ public:
     bool RunTestCase(const QString& globalFun, const QString& globalParm, const QString& caseText,
                      const QString& scriptText, NDataModelDataSet& table, QString& error);
 
+    // Every case runs as its whole joined text, never piece by piece (for
+    // coverage, which counts the lines of that text).
+    void SetJoinedRuns(bool joined) { m_macro.SetJoinedRuns(joined); }
+
     // True when every row of `after` has its stored value, exactly as text.
     // Logs the outcome; a mismatch also prints the comparison table.
     bool CompareResults(const QString& script, const QString& caseName, const NDataModelDataSet& after,

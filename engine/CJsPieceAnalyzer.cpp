@@ -1,0 +1,229 @@
+#include "CJsPieceAnalyzer.h"
+
+#include "CJsPieceText.h"
+#include "CJsRuntime.h"
+#include "CJsText.h"
+
+#include <js/CallAndConstruct.h>
+#include <js/CompilationAndEvaluation.h>
+#include <js/CompileOptions.h>
+#include <js/SourceText.h>
+#include <jsapi.h>
+
+namespace
+{
+// Lists the top-level declarations of a text from the engine's syntax tree:
+// "vars\nfunctions\nlexicals\nunsure", names separated by commas. Var
+// declarations count wherever they sit outside functions; let, const and
+// class only at the top; a function declared in a block, a destructuring
+// pattern or a statement the walk does not know makes the answer unsure.
+const char kWalker[] = R"JS((function (text) {
+  var vars = [], functions = [], lexicals = [], unsure = false;
+  function declare(node, top) {
+    node.declarations.forEach(function (d) {
+      if (d.id.type !== 'Identifier') unsure = true;
+      else if (node.kind === 'var') vars.push(d.id.name);
+      else if (top) lexicals.push(d.id.name);
+    });
+  }
+  function loopDeclaration(node) { if (node && node.type === 'VariableDeclaration') declare(node, false); }
+  function all(list) { list.forEach(function (s) { walk(s, false); }); }
+  function walk(node, top) {
+    if (!node) return;
+    switch (node.type) {
+    case 'VariableDeclaration': declare(node, top); break;
+    case 'FunctionDeclaration': if (top) functions.push(node.id.name); else unsure = true; break;
+    case 'ClassStatement': if (top) lexicals.push(node.id.name); break;
+    case 'BlockStatement': all(node.body); break;
+    case 'IfStatement': walk(node.consequent, false); walk(node.alternate, false); break;
+    case 'ForStatement': loopDeclaration(node.init); walk(node.body, false); break;
+    case 'ForInStatement': case 'ForOfStatement': loopDeclaration(node.left); walk(node.body, false); break;
+    case 'WhileStatement': case 'DoWhileStatement': case 'LabeledStatement': case 'WithStatement':
+      walk(node.body, false); break;
+    case 'TryStatement':
+      walk(node.block, false);
+      if (node.handler) walk(node.handler.body, false);
+      (node.guardedHandlers || []).forEach(function (h) { walk(h.body, false); });
+      walk(node.finalizer, false); break;
+    case 'SwitchStatement': node.cases.forEach(function (c) { all(c.consequent); }); break;
+    case 'ExpressionStatement': case 'EmptyStatement': case 'ReturnStatement': case 'BreakStatement':
+    case 'ContinueStatement': case 'ThrowStatement': case 'DebuggerStatement': break;
+    default: unsure = true;
+    }
+  }
+  Reflect.parse(text, { loc: false }).body.forEach(function (s) { walk(s, true); });
+  return [vars.join(','), functions.join(','), lexicals.join(','), unsure ? '1' : '0'].join('\n');
+}))JS";
+
+const QStringList kDeclaringWords = {QStringLiteral("var"), QStringLiteral("let"), QStringLiteral("const"),
+                                     QStringLiteral("class"), QStringLiteral("function")};
+
+bool SameText(const QString& a, const QString& b)
+{
+    return a.size() == b.size() && (a.constData() == b.constData() || a == b);
+}
+
+QStringList Names(const QString& list)
+{
+    return list.split(QLatin1Char(','), Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+CJsPieceAnalyzer::~CJsPieceAnalyzer() = default;
+
+void CJsPieceAnalyzer::Release()
+{
+    m_walker.reset();
+    m_infos.clear();
+}
+
+bool CJsPieceAnalyzer::MentionedBefore(const QString& name, const std::vector<std::shared_ptr<const Info>>& infos,
+                                       std::size_t before)
+{
+    for (std::size_t i = 0; i < before; ++i)
+    {
+        if (infos[i]->words.contains(name))
+            return true;
+    }
+    return false;
+}
+bool CJsPieceAnalyzer::Plan(const QStringList& pieces, CJsSplitPlan& plan)
+{
+    plan = CJsSplitPlan();
+    std::vector<std::shared_ptr<const Info>> infos;
+    int line = 1;
+    for (const QString& piece : pieces)
+    {
+        if (!piece.isEmpty())
+        {
+            infos.push_back(InfoFor(piece, !infos.empty()));
+            plan.pieces.push_back(CJsSplitPlan::Piece{piece, line});
+            line += infos.back()->lineBreaks;
+        }
+        ++line;
+    }
+    QStringList prelude;
+    for (std::size_t k = 0; k < infos.size(); ++k)
+    {
+        const Info& info = *infos[k];
+        if (info.startsWithString || (k > 0 && info.startsAmbiguously) || (k + 1 < infos.size() && info.mayEndWithLet))
+            return false;
+        if (k == 0)
+            continue;
+        if (!info.parsed || info.unsure)
+            return false;
+        for (const QStringList* names : {&info.functions, &info.lexicals})
+        {
+            for (const QString& name : *names)
+            {
+                if (MentionedBefore(name, infos, k))
+                    return false;
+            }
+        }
+        for (const QString& name : info.vars)
+        {
+            if (!prelude.contains(name) && MentionedBefore(name, infos, k))
+                prelude.append(name);
+        }
+    }
+    if (!prelude.isEmpty())
+        plan.prelude = QStringLiteral("var ") + prelude.join(QStringLiteral(", ")) + QLatin1Char(';');
+    return true;
+}
+
+std::shared_ptr<const CJsPieceAnalyzer::Info> CJsPieceAnalyzer::InfoFor(const QString& text, bool declarations)
+{
+    std::shared_ptr<Info> info;
+    for (auto it = m_infos.begin(); it != m_infos.end(); ++it)
+    {
+        if (SameText((*it)->text, text))
+        {
+            info = *it;
+            m_infos.erase(it);
+            break;
+        }
+    }
+    if (!info)
+    {
+        info = std::make_shared<Info>();
+        info->text = text;
+        info->words = CJsPieceText::Words(text);
+        info->lineBreaks = CJsPieceText::LineBreaks(text);
+        info->startsWithString = CJsPieceText::StartsWithString(text);
+        info->startsAmbiguously = CJsPieceText::StartsAmbiguously(text);
+        info->mayEndWithLet = CJsPieceText::MayEndWithLet(text, info->words);
+    }
+    if (declarations && !info->declarationsRead)
+        ReadDeclarations(*info);
+    m_infos.push_front(info);
+    if (m_infos.size() > kCapacity)
+        m_infos.pop_back();
+    return info;
+}
+
+void CJsPieceAnalyzer::ReadDeclarations(Info& info)
+{
+    info.declarationsRead = true;
+    bool declares = false;
+    for (const QString& word : kDeclaringWords)
+        declares = declares || info.words.contains(word);
+    // Nothing that can declare: no need to ask the parser. A syntax error it
+    // would have found shows when the piece is compiled.
+    if (!declares)
+    {
+        info.parsed = true;
+        return;
+    }
+    QString result;
+    info.parsed = Parse(info.text, result);
+    const QStringList parts = result.split(QLatin1Char('\n'));
+    if (!info.parsed || parts.size() != 4)
+    {
+        info.parsed = false;
+        return;
+    }
+    info.vars = Names(parts[0]);
+    info.functions = Names(parts[1]);
+    info.lexicals = Names(parts[2]);
+    info.unsure = parts[3] == QLatin1String("1");
+}
+
+// Runs the walker over the text in a global of its own, which no script
+// ever sees; false when the text does not parse.
+bool CJsPieceAnalyzer::Parse(const QString& text, QString& result)
+{
+    JSContext* cx = m_runtime.Context();
+    if (!m_walker)
+    {
+        JS::RootedObject global(cx, m_runtime.NewGlobal());
+        if (!global)
+            return false;
+        JSAutoRealm entered(cx, global);
+        JS::CompileOptions options(cx);
+        options.setFileAndLine("velmora-piece-walker", 1);
+        JS::SourceText<mozilla::Utf8Unit> source;
+        JS::RootedValue walker(cx);
+        if (!JS_InitReflectParse(cx, global) || !source.init(cx, kWalker, sizeof(kWalker) - 1, JS::SourceOwnership::Borrowed)
+            || !JS::Evaluate(cx, options, source, &walker) || !walker.isObject())
+        {
+            JS_ClearPendingException(cx);
+            return false;
+        }
+        m_walker = std::make_unique<JS::PersistentRooted<JSObject*>>(cx, &walker.toObject());
+    }
+    JS::RootedObject walker(cx, m_walker->get());
+    JSAutoRealm entered(cx, walker);
+    JS::RootedValue arg(cx), returned(cx);
+    JSString* str = CJsText::ToJsString(cx, text);
+    bool ok = str != nullptr;
+    if (ok)
+        arg.setString(str);
+    JS::RootedValueArray<1> args(cx);
+    args[0].set(arg);
+    JS::RootedValue function(cx, JS::ObjectValue(*walker));
+    ok = ok && JS::Call(cx, JS::UndefinedHandleValue, function, args, &returned) && returned.isString()
+         && CJsText::ToQString(cx, returned.toString(), result);
+    JS_ClearPendingException(cx);
+    return ok;
+}

@@ -1,0 +1,82 @@
+#pragma once
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <js/RootingAPI.h>
+#include <js/TypeDecls.h>
+
+#include <cstddef>
+#include <list>
+#include <memory>
+#include <vector>
+
+class CJsRuntime;
+
+// How a text made of pieces joined with "\r\n" runs piece by piece: each
+// non-empty piece with the line it starts at in the whole, and a prelude
+// declaring the variables that a later piece declares and an earlier one
+// may mention (in the whole they exist from the start).
+struct CJsSplitPlan
+{
+    struct Piece
+    {
+        QString text;
+        int line = 1;
+    };
+    std::vector<Piece> pieces;
+    QString prelude;
+};
+
+// Decides whether running the pieces of a joined text one after another in
+// one global gives what the whole gives. The whole hoists every piece's
+// declarations to its start; the pieces do so each at its own start. Where
+// that could show (a later piece declares a function or a let/const/class
+// that an earlier piece mentions, a function declared in a block, a piece
+// whose head or tail reads differently when joined, a piece that does not
+// parse on its own) the answer is no. The engine's own parser tells the
+// top-level declarations; what it finds is kept per text, so a large piece
+// seen again costs a lookup.
+//
+// One analyzer per thread's runtime; call with the context in a realm of
+// that runtime.
+class CJsPieceAnalyzer
+{
+public:
+    explicit CJsPieceAnalyzer(CJsRuntime& runtime) : m_runtime(runtime) {}
+    ~CJsPieceAnalyzer();
+
+    bool Plan(const QStringList& pieces, CJsSplitPlan& plan);
+    // Drops the engine objects; the runtime calls it before its context goes.
+    void Release();
+
+    static constexpr std::size_t kCapacity = 64;
+
+    CJsPieceAnalyzer(const CJsPieceAnalyzer&) = delete;
+    CJsPieceAnalyzer& operator=(const CJsPieceAnalyzer&) = delete;
+
+private:
+    struct Info
+    {
+        QString text;
+        QSet<QString> words;
+        int lineBreaks = 0;
+        bool startsWithString = false;
+        bool startsAmbiguously = false;
+        bool mayEndWithLet = false;
+        bool declarationsRead = false;
+        bool parsed = false;
+        bool unsure = false; // declarations the walk does not follow
+        QStringList vars, functions, lexicals;
+    };
+
+    static bool MentionedBefore(const QString& name, const std::vector<std::shared_ptr<const Info>>& infos,
+                                std::size_t before);
+    std::shared_ptr<const Info> InfoFor(const QString& text, bool declarations);
+    void ReadDeclarations(Info& info);
+    bool Parse(const QString& text, QString& result);
+
+    CJsRuntime& m_runtime;
+    std::list<std::shared_ptr<Info>> m_infos; // most recently used first
+    std::unique_ptr<JS::PersistentRooted<JSObject*>> m_walker;
+};
