@@ -115,7 +115,8 @@ CProjectCalcService::Result CProjectCalcService::RunUse(const CSampleProject::Me
     CArray<CMacroParam> outputs;
     for (const QString& name : use.outputs)
         outputs.Add(CMacroParam(name, QString(), QString()));
-    const QString program = script->globalFun + kCrLf + script->globalParm + kCrLf + declarations + script->text;
+    // The joined text of a test case; the pieces that repeat are compiled once.
+    const QStringList program{script->globalFun, script->globalParm, declarations, script->text};
     if (!m_macro.ExecuteScript(program, outputs)) {
         result.error = m_macro.GetError();
         return result;
@@ -141,7 +142,7 @@ CProjectCalcService::Result CProjectCalcService::RunUse(const CSampleProject::Me
 bool CProjectCalcService::Declare(const QList<QPair<QString, QString>>& inputs, const QMap<QString, QString>& values,
                                   QString& declarations, QString& missing)
 {
-    declarations.clear();
+    QStringList lines;
     for (const auto& [name, source] : inputs) {
         bool number = false;
         source.toDouble(&number);
@@ -149,8 +150,9 @@ bool CProjectCalcService::Declare(const QList<QPair<QString, QString>>& inputs, 
             missing = source;
             return false;
         }
-        declarations += QStringLiteral("var %1 = %2;").arg(name, number ? source : values.value(source)) + kCrLf;
+        lines.append(QStringLiteral("var %1 = %2;").arg(name, number ? source : values.value(source)));
     }
+    declarations = lines.join(kCrLf);
     return true;
 }
 

@@ -56,7 +56,7 @@ public:
     // each stored key in order with the member types it ran for.
     static QString MacroListText(const QStringList& keys, const QMap<QString, QSet<QString>>& ranFor);
 
-    // The inputs as "var name = value;" lines: a source is a number or a name
+    // The inputs as "var name = value;" lines (CR LF between): a source is a number or a name
     // in `values`. False with the first unknown source in `missing`.
     static bool Declare(const QList<QPair<QString, QString>>& inputs, const QMap<QString, QString>& values,
                         QString& declarations, QString& missing);
