@@ -177,6 +177,10 @@ void CHostMainWindow::ShowOutcome()
     m_table->insertRow(total);
     m_table->setItem(total, 0, new QTableWidgetItem(QStringLiteral("合计")));
     m_table->setItem(total, 4, new QTableWidgetItem(QString::number(m_outcome.totalWeight, 'f', 2)));
+    QFont bold = m_table->font();
+    bold.setBold(true);
+    m_table->item(total, 0)->setFont(bold);
+    m_table->item(total, 4)->setFont(bold);
     m_summary->setText(QStringLiteral("%1个构件, 钢筋总重%2kg, 出错%3处%4")
                            .arg(m_outcome.members)
                            .arg(m_outcome.totalWeight, 0, 'f', 2)
