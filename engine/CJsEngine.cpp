@@ -5,8 +5,10 @@
 #include <js/BuildId.h>
 #include <js/ContextOptions.h>
 #include <js/Initialization.h>
+#include <js/experimental/CodeCoverage.h>
 #include <jsapi.h>
 
+#include <atomic>
 #include <cstring>
 
 namespace
@@ -14,6 +16,9 @@ namespace
 // Set by the writer callback of the first context; it has no user data
 // pointer, so the cache it fills is reached through the instance.
 std::vector<std::uint8_t>* g_cacheBeingWritten = nullptr;
+
+std::atomic<bool> g_coverage{false};
+std::atomic<bool> g_contextMade{false};
 
 // The self-hosted cache never leaves the process, so one fixed id does.
 bool BuildId(JS::BuildIdCharVector* id)
@@ -61,11 +66,24 @@ CJsEngine::~CJsEngine()
     m_initialized = false;
 }
 
+bool CJsEngine::EnableCoverage()
+{
+    if (!g_coverage.exchange(true))
+        js::EnableCodeCoverage();
+    return !g_contextMade.load();
+}
+
+bool CJsEngine::CoverageEnabled()
+{
+    return g_coverage.load();
+}
+
 JSContext* CJsEngine::CreateContext(std::uint32_t heapLimitBytes)
 {
     std::lock_guard<std::mutex> guard(m_lock);
     if (!m_initialized)
         return nullptr;
+    g_contextMade.store(true);
     JSContext* cx = JS_NewContext(heapLimitBytes);
     if (!cx)
         return nullptr;

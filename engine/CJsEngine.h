@@ -24,6 +24,12 @@ public:
     void DestroyContext(JSContext* cx);
 
     CJsWatchdog& Watchdog() { return *m_watchdog; }
+    // Turns the engine's line coverage on for the rest of the process. Code
+    // then runs with counters, so only coverage runs ask for it, and before
+    // their first context: scripts compiled earlier are not counted.
+    // False when a context existed already (coverage is on all the same).
+    static bool EnableCoverage();
+    static bool CoverageEnabled();
     bool IsUsable() const { return m_initialized; }
 
     CJsEngine(const CJsEngine&) = delete;

@@ -76,6 +76,7 @@ void CJsPieceAnalyzer::Release()
 {
     m_walker.reset();
     m_infos.clear();
+    m_chars = 0;
 }
 
 bool CJsPieceAnalyzer::MentionedBefore(const QString& name, const std::vector<std::shared_ptr<const Info>>& infos,
@@ -140,6 +141,7 @@ std::shared_ptr<const CJsPieceAnalyzer::Info> CJsPieceAnalyzer::InfoFor(const QS
         if (SameText((*it)->text, text))
         {
             info = *it;
+            m_chars -= info->text.size();
             m_infos.erase(it);
             break;
         }
@@ -157,8 +159,12 @@ std::shared_ptr<const CJsPieceAnalyzer::Info> CJsPieceAnalyzer::InfoFor(const QS
     if (declarations && !info->declarationsRead)
         ReadDeclarations(*info);
     m_infos.push_front(info);
-    if (m_infos.size() > kCapacity)
+    m_chars += text.size();
+    while (m_infos.size() > 1 && (m_infos.size() > kCapacity || m_chars > kMaxChars))
+    {
+        m_chars -= m_infos.back()->text.size();
         m_infos.pop_back();
+    }
     return info;
 }
 

@@ -50,7 +50,9 @@ public:
     // Drops the engine objects; the runtime calls it before its context goes.
     void Release();
 
+    // Bounds of what is kept: texts, and their characters in all.
     static constexpr std::size_t kCapacity = 64;
+    static constexpr qsizetype kMaxChars = 16 * 1024 * 1024;
 
     CJsPieceAnalyzer(const CJsPieceAnalyzer&) = delete;
     CJsPieceAnalyzer& operator=(const CJsPieceAnalyzer&) = delete;
@@ -78,5 +80,6 @@ private:
 
     CJsRuntime& m_runtime;
     std::list<std::shared_ptr<Info>> m_infos; // most recently used first
+    qsizetype m_chars = 0;
     std::unique_ptr<JS::PersistentRooted<JSObject*>> m_walker;
 };

@@ -1,5 +1,6 @@
 #include "CJsRealm.h"
 
+#include "CJsEngine.h"
 #include "CJsText.h"
 #include "HostContext.h"
 
@@ -12,12 +13,14 @@
 #include <js/PropertyDescriptor.h>
 #include <js/SourceText.h>
 #include <js/String.h>
+#include <js/experimental/CodeCoverage.h>
 #include <js/experimental/JSStencil.h>
 #include <jsapi.h>
 
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <string_view>
 
 namespace
 {
@@ -314,6 +317,48 @@ QStringList CJsRealm::FunctionNames()
     }
     JS_ClearPendingException(cx);
     return names;
+}
+
+bool CJsRealm::LineHits(std::map<int, qint64>& hits)
+{
+    hits.clear();
+    // The engine aborts the process when asked for counts it never kept.
+    if (!CJsEngine::CoverageEnabled())
+        return false;
+    CJsRuntime* runtime = Bind();
+    if (!runtime || !m_global || m_texts.empty())
+        return false;
+    JSContext* cx = runtime->Context();
+    JSAutoRealm entered(cx, m_global->get());
+    std::size_t length = 0;
+    const JS::UniqueChars lcov = js::GetCodeCoverageSummary(cx, &length);
+    if (!lcov)
+    {
+        JS_ClearPendingException(cx);
+        return false;
+    }
+    // Records run from "SF:<file>" to "end_of_record"; "DA:<line>,<count>"
+    // lines carry the counts. Only the last text's record is wanted.
+    const std::string_view text(lcov.get(), length);
+    const std::string wanted = "SF:" + m_texts.back().first + "\n";
+    std::size_t at = text.find(wanted);
+    if (at == std::string_view::npos)
+        return false;
+    const std::size_t end = std::min(text.find("end_of_record", at), text.size());
+    for (at += wanted.size(); at < end;)
+    {
+        std::size_t next = text.find('\n', at);
+        next = next == std::string_view::npos ? text.size() : next;
+        if (text.compare(at, 3, "DA:") == 0)
+        {
+            char* rest = nullptr;
+            const long line = std::strtol(text.data() + at + 3, &rest, 10);
+            if (rest && *rest == ',')
+                hits[static_cast<int>(line)] += std::strtoll(rest + 1, nullptr, 10);
+        }
+        at = next + 1;
+    }
+    return true;
 }
 
 void CJsRealm::CaptureError(CJsRuntime& runtime)

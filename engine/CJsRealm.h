@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <deque>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -47,6 +48,10 @@ public:
     // Own enumerable data properties of the global that hold functions: the
     // functions that code run in this scope declared.
     QStringList FunctionNames();
+    // Execution counts per line (1-based) of the text this scope ran last, as
+    // the engine's line coverage has them; needs coverage on for the process
+    // (CJsEngine::EnableCoverage) before that text ran. False when none.
+    bool LineHits(std::map<int, qint64>& hits);
 
     const CJsErrorInfo& LastError() const { return m_error; }
     void ClearError() { m_error = CJsErrorInfo(); }

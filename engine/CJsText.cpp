@@ -126,3 +126,17 @@ QString CJsText::LineOf(const QString& text, int line)
         ++end;
     return text.mid(start, end - start);
 }
+
+int CJsText::LineBreaks(const QString& text)
+{
+    int breaks = 0;
+    for (qsizetype i = 0; i < text.size(); ++i)
+    {
+        if (!IsLineBreak(text[i]))
+            continue;
+        ++breaks;
+        if (text[i] == QChar(u'\r') && i + 1 < text.size() && text[i + 1] == QChar(u'\n'))
+            ++i;
+    }
+    return breaks;
+}

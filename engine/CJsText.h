@@ -30,4 +30,6 @@ public:
     // Line `line` (1-based) of `text`, split at JavaScript's line terminators
     // (CR LF counting as one); empty when there is no such line.
     static QString LineOf(const QString& text, int line);
+    // How many line terminators the text holds (CR LF counting as one).
+    static int LineBreaks(const QString& text);
 };

@@ -1,5 +1,7 @@
 #include "CMacroImplement.h"
 
+#include "CJsEngine.h"
+#include "CJsText.h"
 #include "CMacroParamFile.h"
 
 namespace
@@ -23,27 +25,31 @@ int CMacroImplement::ExecuteScript(const QString& script, const CArray<CMacroPar
                                    CArray<CMacroParam>& outputs)
 {
     m_engine.ResetScript();
-    return Run(DeclarationsOf(inputs) + kLineBreak + m_globalScript + kLineBreak + script, {}, outputs);
+    return Run(DeclarationsOf(inputs) + kLineBreak + m_globalScript + kLineBreak, script, {}, outputs);
 }
 
 int CMacroImplement::ExecuteScript(const QString& script, CArray<CMacroParam>& outputs)
 {
     m_engine.ResetScript();
-    return Run(m_globalScript + kLineBreak + script, {}, outputs);
+    return Run(m_globalScript + kLineBreak, script, {}, outputs);
 }
 
 int CMacroImplement::ExecuteScript(const QStringList& pieces, CArray<CMacroParam>& outputs)
 {
     m_engine.ResetScript();
-    const QStringList all = QStringList{m_globalScript} + pieces;
-    return Run(all.join(kLineBreak), all, outputs);
+    return Run(m_globalScript + kLineBreak, pieces.join(kLineBreak), QStringList{m_globalScript} + pieces, outputs);
 }
 
-// With pieces, `text` is what they make joined.
-int CMacroImplement::Run(const QString& text, const QStringList& pieces, CArray<CMacroParam>& outputs)
+// `prefix + script` is the whole text; with pieces, it is what they make joined.
+int CMacroImplement::Run(const QString& prefix, const QString& script, const QStringList& pieces,
+                         CArray<CMacroParam>& outputs)
 {
-    m_lastScript = text;
-    const bool ran = pieces.isEmpty() ? m_engine.ExecuteStatement(text) : m_engine.ExecutePieces(pieces, m_joinedRuns);
+    m_lastScript = prefix + script;
+    // Line counts are those of the whole text, so coverage runs never split it.
+    const bool split = !pieces.isEmpty() && !m_collectCoverage;
+    const bool ran = split ? m_engine.ExecutePieces(pieces, m_joinedRuns) : m_engine.ExecuteStatement(m_lastScript);
+    if (m_collectCoverage)
+        CollectLineHits(CJsText::LineBreaks(prefix));
     if (!ran)
     {
         m_error = m_engine.GetErrorText();
@@ -57,6 +63,23 @@ int CMacroImplement::Run(const QString& text, const QStringList& pieces, CArray<
         output.SetValue(value);
     }
     return 1;
+}
+
+void CMacroImplement::CollectLineHits(int prefixLines)
+{
+    std::map<int, qint64> whole;
+    m_engine.LineHits(whole);
+    m_lineHits.clear();
+    for (auto it = whole.upper_bound(prefixLines); it != whole.end(); ++it)
+        m_lineHits.emplace(it->first - prefixLines, it->second);
+}
+
+void CMacroImplement::SetCollectCoverage(bool on)
+{
+    m_collectCoverage = on;
+    m_lineHits.clear();
+    if (on)
+        CJsEngine::EnableCoverage();
 }
 
 int CMacroImplement::EvalParam(QString name, QString& value)

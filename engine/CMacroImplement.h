@@ -45,6 +45,13 @@ public:
     void ClearGlobalScript() { m_globalScript.clear(); }
     QString GetLastScript() const { return m_lastScript; }
 
+    // Coverage runs: after each run, LastLineHits holds how often each line
+    // of the script given to ExecuteScript executed (1-based, declarations
+    // and global script left out), failed runs included. Turning it on turns
+    // on the engine's coverage for the process.
+    void SetCollectCoverage(bool on);
+    const std::map<int, qint64>& LastLineHits() const { return m_lineHits; }
+
     static QString DeclarationsOf(const CArray<CMacroParam>& inputs);
     static const QString kMissingParam;
 
@@ -52,11 +59,14 @@ public:
     CMacroImplement& operator=(const CMacroImplement&) = delete;
 
 private:
-    int Run(const QString& text, const QStringList& pieces, CArray<CMacroParam>& outputs);
+    int Run(const QString& prefix, const QString& script, const QStringList& pieces, CArray<CMacroParam>& outputs);
+    void CollectLineHits(int prefixLines);
 
     QString m_error;
     QString m_globalScript;
     CScriptHost m_engine;
     QString m_lastScript;
     bool m_joinedRuns = false;
+    bool m_collectCoverage = false;
+    std::map<int, qint64> m_lineHits;
 };

@@ -79,6 +79,11 @@ bool CScriptHost::LoadScriptResource(const QString& name, const QString& type)
     return AddCode(DecodeScriptBytes(file.readAll()));
 }
 
+bool CScriptHost::LineHits(std::map<int, qint64>& hits)
+{
+    return m_control && m_control->LineHits(hits);
+}
+
 bool CScriptHost::ExecuteStatement(const QString& statement)
 {
     return m_control && m_control->Run(statement, nullptr);

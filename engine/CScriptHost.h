@@ -8,6 +8,7 @@
 #include <QVariantList>
 #include <QVector>
 
+#include <map>
 #include <memory>
 
 class CJsRealm;
@@ -47,6 +48,8 @@ public:
     // The expression's value; the empty variant for undefined or any error.
     QVariant Evaluate(const QString& expression);
     bool RunProcedure(const QString& name, const QVariantList& args, QVariant& result);
+    // Line coverage of the code added or executed last (see CJsRealm::LineHits).
+    bool LineHits(std::map<int, qint64>& hits);
 
     int GetProcedureCount() const { return static_cast<int>(m_procedures.size()); }
     QString GetProcedureName(int index) const;

@@ -1,6 +1,8 @@
 #include "CCeateDialog.h"
 
 #include "CLibraryStartup.h"
+#include "CUIServices.h"
+#include "CVelmoraDlg.h"
 
 CCeateDialog* CCeateDialog::m_pInstance = nullptr;
 
@@ -24,4 +26,10 @@ void CCeateDialog::Domodle()
 {
     if (!CLibraryStartup::Begin("CCeateDialog::Domodle"))
         return;
+    // A window already open is replaced, with its log viewer.
+    if (CVelmoraDlg::Existing()) {
+        CUIServices::Current().CloseWindowByTitle(QStringLiteral("CalAnalyse.log - 记事本"));
+        CVelmoraDlg::DestroyInstance();
+    }
+    CVelmoraDlg::Instance()->show();
 }

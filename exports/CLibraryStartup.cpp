@@ -1,6 +1,8 @@
 #include "CLibraryStartup.h"
 
 #include "CQtUIService.h"
+#include "CSampleDataSeeder.h"
+#include "HostContext.h"
 
 #include <QApplication>
 #include <cstdio>
@@ -15,5 +17,20 @@ bool CLibraryStartup::Begin(const char* entry)
         return false;
     }
     CQtUIService::InstallIfNone();
+    PrepareHostData(entry);
     return true;
+}
+
+void CLibraryStartup::PrepareHostData(const char* entry)
+{
+    // The host context read the environment when first used; its folders and,
+    // on a first start, the sample scripts are made here so that the windows
+    // open on usable data. A failure is reported and the window still opens.
+    if (!HostContext::Instance().EnsureFolders())
+        std::fprintf(stderr, "libvelmora: %s cannot create the folders under %s\n", entry,
+                     qPrintable(HostContext::Instance().Home()));
+    CSampleDataSeeder seeder;
+    if (!seeder.SeedIfNeeded())
+        std::fprintf(stderr, "libvelmora: %s could not seed the sample data: %s\n", entry,
+                     qPrintable(seeder.Error()));
 }

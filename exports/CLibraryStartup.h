@@ -8,4 +8,7 @@ public:
     // False (with a line on stderr naming the entry) when there is no
     // QApplication to show windows in.
     static bool Begin(const char* entry);
+
+private:
+    static void PrepareHostData(const char* entry);
 };

@@ -16,8 +16,9 @@ PACKAGES=(
   clang libclang-rt-14-dev
   postgresql postgresql-client
   openjdk-17-jre-headless chromium
+  lcov
   xdg-utils
-  xvfb xauth fonts-wqy-microhei
+  xvfb xauth fonts-wqy-microhei wmctrl
 )
 
 # Node.js may already come from elsewhere (with its own npm); only add Debian's when absent.

@@ -1,6 +1,7 @@
 #include "CJSCoverTestService.h"
 
 #include "CAccessSysData_MacrosTable.h"
+#include "CJSCoverServer.h"
 #include "CTestCaseStore.h"
 #include "CUIServices.h"
 #include "NativePath.h"
@@ -13,6 +14,7 @@ using QxMfc::Fun;
 CJSCoverTestService::CJSCoverTestService()
     : m_outputFolder(QStringLiteral("C:\\testJSCover\\"))
     , m_entryCall(QStringLiteral("QXRunJS()"))
+    , m_server(&CJSCoverServer::Shared())
 {
     QDir().mkdir(NativePath::Map(m_outputFolder));
 }
@@ -79,5 +81,10 @@ void CJSCoverTestService::WriteIndexHtml()
 
 void CJSCoverTestService::OpenCoverageReport()
 {
-    CUIServices::Current().ShellOpen(kReportPage);
+    if (!m_server) {
+        CUIServices::Current().ShellOpen(kReportPage);
+        return;
+    }
+    if (m_server->EnsureRunning(NativePath::Map(m_outputFolder)))
+        CUIServices::Current().ShellOpen(m_server->PageUrl());
 }

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 
+class CJSCoverServer;
 class CTestCaseStore;
 
 // Writes a small web page that runs one script once per test case, for the
@@ -23,7 +24,13 @@ public:
     // False only when the script's global texts cannot be read; then nothing
     // is written. Otherwise all three files are written and the report opened.
     bool BuildCoverageHarness(CTestCaseStore& store, const QString& script, const CArray<QString>& cases);
+    // Opens kReportPage, starting the JSCover server first when none answers;
+    // when no server can serve it, its message is shown and nothing opened.
     void OpenCoverageReport();
+
+    // The server the report page needs (default: the process's shared one on
+    // port 8080; null: open the page without checking for a server).
+    void SetServer(CJSCoverServer* server) { m_server = server; }
 
     const QString& OutputFolder() const { return m_outputFolder; }
     // Setter calls collected so far; only ever appended to, so a second build
@@ -38,4 +45,5 @@ private:
     QStringList m_setters;
     QString m_outputFolder;
     QString m_entryCall;
+    CJSCoverServer* m_server;
 };

@@ -2,6 +2,7 @@
 
 #include "CAccessSysData_MacrosTable.h"
 #include "CMacroParam.h"
+#include "CNativeCoverage.h"
 #include "COutPutTextTable.h"
 #include "CProgressDlg_Control.h"
 #include "CSysMacrosTable.h"
@@ -138,7 +139,10 @@ bool CTestJavaScriptService::RunTestCase(const QString& globalFun, const QString
     for (int row = 1; row <= table.GetRowCount(); ++row)
         params.Add(CMacroParam(table.GetAsString(CTestCaseInfoTable::ParmName, row),
                                table.GetAsString(CTestCaseInfoTable::ParmValue, row), QString()));
-    if (!m_macro.ExecuteScript(program, params)) {
+    const bool ran = m_macro.ExecuteScript(program, params);
+    if (m_coverage)
+        m_coverage->AddRun(m_coverageScript, globalFun, globalParm, caseText, scriptText, m_macro.LastLineHits());
+    if (!ran) {
         error = m_macro.GetError();
         return false;
     }
@@ -221,14 +225,21 @@ void CTestJavaScriptService::Record(CScriptTestReport& report, const QString& ca
         m_observer(outcome);
 }
 
+void CTestJavaScriptService::SetCoverage(CNativeCoverage* coverage)
+{
+    m_coverage = coverage;
+    m_macro.SetCollectCoverage(coverage != nullptr);
+}
+
 bool CTestJavaScriptService::RunScriptTests(const QString& name, const QString& scriptText,
-                                            CScriptTestReport* report)
+                                            CScriptTestReport* report, const QString& onlyCase)
 {
     CScriptTestReport local;
     CScriptTestReport& target = report ? *report : local;
     target.script = name;
     const bool passedBefore = target.passed;
     target.passed = true;
+    m_coverageScript = name;
     CScriptTestReport* const outer = m_gathering;
     m_gathering = report;
 
@@ -245,7 +256,8 @@ bool CTestJavaScriptService::RunScriptTests(const QString& name, const QString& 
         CArray<QString> cases;
         ListTestCases(name, cases);
         for (const QString& caseName : cases)
-            RunOneCase(name, caseName, globalFun, globalParm, scriptText, target);
+            if (onlyCase.isEmpty() || caseName == onlyCase)
+                RunOneCase(name, caseName, globalFun, globalParm, scriptText, target);
     }
 
     m_gathering = outer;

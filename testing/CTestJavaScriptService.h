@@ -9,6 +9,7 @@
 #include <QString>
 #include <functional>
 
+class CNativeCoverage;
 class NDataModelDataSet;
 
 // Runs the stored test cases of scripts, compares what each run computes with
@@ -87,10 +88,15 @@ public:
     // False when the system data cannot be opened.
     static bool ReadAllScripts(QList<Script>& scripts);
 
-    // All cases of one script. With `report`, the result file is not touched:
-    // its lines and tables are gathered there; without, they are appended as
-    // they happen. True when every case passed.
-    bool RunScriptTests(const QString& name, const QString& scriptText, CScriptTestReport* report = nullptr);
+    // All cases of one script (or only `onlyCase`). With `report`, the result
+    // file is not touched: its lines and tables are gathered there; without,
+    // they are appended as they happen. True when every case passed.
+    bool RunScriptTests(const QString& name, const QString& scriptText, CScriptTestReport* report = nullptr,
+                        const QString& onlyCase = QString());
+
+    // With a sink, every case run of RunScriptTests adds the lines it reached
+    // there (null: plain runs, without the engine's counters).
+    void SetCoverage(CNativeCoverage* coverage);
 
     // Appends a gathered report to the result file, in order. False when
     // something could not be written.
@@ -117,6 +123,8 @@ private:
     QString m_resultFile;
     CMacroImplement m_macro;
     CaseObserver m_observer;
+    CNativeCoverage* m_coverage = nullptr;
+    QString m_coverageScript;
     // Set while a report is being gathered: entries go there, not to the file.
     CScriptTestReport* m_gathering = nullptr;
     bool m_writeFailed = false;

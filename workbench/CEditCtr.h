@@ -2,7 +2,7 @@
 #include <Qsci/qsciscintilla.h>
 #include <QPointer>
 
-class CEditFindDlg;
+#include "CEditFindDlg.h"
 class CMessageTarget;
 class QMenu;
 

@@ -154,5 +154,13 @@ void CQtUIService::CloseWindowByTitle(const QString& title)
     // window manager, when one answers; silently nothing otherwise.
     const QString wmctrl = QStandardPaths::findExecutable(QStringLiteral("wmctrl"));
     if (!wmctrl.isEmpty() && QGuiApplication::platformName() == QLatin1String("xcb"))
-        QProcess::startDetached(wmctrl, {QStringLiteral("-F"), QStringLiteral("-c"), title});
+    {
+        // Quiet: without a window manager wmctrl only complains.
+        QProcess process;
+        process.setProgram(wmctrl);
+        process.setArguments({QStringLiteral("-F"), QStringLiteral("-c"), title});
+        process.setStandardOutputFile(QProcess::nullDevice());
+        process.setStandardErrorFile(QProcess::nullDevice());
+        process.startDetached();
+    }
 }

@@ -21,3 +21,11 @@ public:
     virtual ~CMessageTarget() = default;
     virtual qintptr SendMessage(unsigned message, quintptr wparam, qintptr lparam) = 0;
 };
+
+// A window that handles commands by id; true when the id was handled.
+class CCommandTarget
+{
+public:
+    virtual ~CCommandTarget() = default;
+    virtual bool OnCommand(int id) = 0;
+};

@@ -38,6 +38,10 @@ void AddOptions(QCommandLineParser& parser)
                         "name; N shards together test every script once. Default: VELMORA_SHARD=K/N, else "
                         "CI_NODE_INDEX/CI_NODE_TOTAL."),
          QStringLiteral("K/N")},
+        {QStringLiteral("coverage"),
+         QStringLiteral("Also record the script lines the cases reach (engine line coverage): DIR/lcov.info, "
+                        "and DIR/html through genhtml when it is installed."),
+         QStringLiteral("DIR")},
         {QStringLiteral("list"), QStringLiteral("Print the scripts the run would test, one per line; run nothing.")},
         {QStringLiteral("quiet"), QStringLiteral("No progress bar on stderr.")},
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this text.")},
@@ -103,6 +107,7 @@ bool CCliOptions::ReadValues(const QCommandLineParser& parser)
     m_list = parser.isSet(QStringLiteral("list"));
     const struct { const char* name; QString* target; } texts[] = {
         {"script", &m_script}, {"junit", &m_junit}, {"home", &m_home}, {"system-db", &m_systemDb}, {"cases", &m_cases},
+        {"coverage", &m_coverage},
         {"jobs", nullptr},     {"timeout", nullptr},
     };
     for (const auto& option : texts) {

@@ -34,6 +34,7 @@ public:
     int TimeoutMs() const { return m_timeoutMs; }   // 0: the host context's budget
     bool Quiet() const { return m_quiet; }
     CTestShard Shard() const { return m_shard; }
+    QString CoverageDir() const { return m_coverage; } // empty: no coverage
     bool List() const { return m_list; }                // print the chosen scripts, run nothing
 
     static constexpr int kMaxJobs = 256;
@@ -55,4 +56,5 @@ private:
     bool m_quiet = false;
     CTestShard m_shard;
     bool m_list = false;
+    QString m_coverage;
 };

@@ -15,6 +15,7 @@ namespace {
 struct Finished
 {
     CScriptTestReport report;
+    CNativeCoverage coverage;
     double seconds = 0;
 };
 
@@ -48,14 +49,26 @@ private:
     std::vector<std::optional<Finished>> m_slots;
 };
 
-Finished RunOne(CTestJavaScriptService& service, const CParallelTestRunner::Script& script)
+Finished RunOne(CTestJavaScriptService& service, const CParallelTestRunner::Script& script, bool coverage)
 {
     Finished finished;
     QElapsedTimer timer;
     timer.start();
+    if (coverage)
+        service.SetCoverage(&finished.coverage);
     service.RunScriptTests(script.name, script.text, &finished.report);
+    if (coverage)
+        service.SetCoverage(nullptr);
     finished.seconds = double(timer.nsecsElapsed()) / 1e9;
     return finished;
+}
+
+// Hands one script's report to the sink, its line counts to the total first.
+void Hand(CNativeCoverage* total, int index, const Finished& finished, const CParallelTestRunner::ReportSink& sink)
+{
+    if (total)
+        total->Merge(finished.coverage);
+    sink(index, finished.report, finished.seconds);
 }
 
 } // namespace
@@ -79,8 +92,8 @@ void CParallelTestRunner::RunInline(const QList<Script>& scripts, const ReportSi
 {
     CTestJavaScriptService service;
     for (int i = 0; i < scripts.size(); ++i) {
-        const Finished finished = RunOne(service, scripts.at(i));
-        sink(i, finished.report, finished.seconds);
+        const Finished finished = RunOne(service, scripts.at(i), m_coverage);
+        Hand(m_coverage, i, finished, sink);
     }
 }
 
@@ -93,7 +106,7 @@ void CParallelTestRunner::RunThreaded(const QList<Script>& scripts, const Report
         // The service, and with it the engine context, lives and dies on this thread.
         CTestJavaScriptService service;
         for (int i = next.fetch_add(1); i < count; i = next.fetch_add(1))
-            board.Put(i, RunOne(service, scripts.at(i)));
+            board.Put(i, RunOne(service, scripts.at(i), m_coverage));
     };
     std::vector<std::thread> workers;
     const int workerCount = WorkersFor(count);
@@ -110,7 +123,7 @@ void CParallelTestRunner::RunThreaded(const QList<Script>& scripts, const Report
     }
     for (int i = 0; i < count; ++i) {
         const Finished finished = board.Take(i);
-        sink(i, finished.report, finished.seconds);
+        Hand(m_coverage, i, finished, sink);
     }
     for (std::thread& worker : workers)
         worker.join();

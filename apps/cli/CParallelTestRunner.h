@@ -1,4 +1,5 @@
 #pragma once
+#include "CNativeCoverage.h"
 #include "CScriptTestReport.h"
 #include "CTestJavaScriptService.h"
 
@@ -23,6 +24,10 @@ public:
     // has been handed to the sink.
     void Run(const QList<Script>& scripts, const ReportSink& sink);
 
+    // With a sink, every case run counts its lines, and each script's counts
+    // are added to the sink on the calling thread, in script order.
+    void SetCoverage(CNativeCoverage* coverage) { m_coverage = coverage; }
+
     // The worker count a run over `scripts` scripts uses.
     int WorkersFor(int scripts) const;
 
@@ -31,4 +36,5 @@ private:
     void RunThreaded(const QList<Script>& scripts, const ReportSink& sink);
 
     int m_jobs;
+    CNativeCoverage* m_coverage = nullptr;
 };

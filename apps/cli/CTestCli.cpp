@@ -2,6 +2,7 @@
 
 #include "CCliHostSetup.h"
 #include "CConsoleUIService.h"
+#include "CJsEngine.h"
 #include "CParallelTestRunner.h"
 #include "CProgressDlg_Control.h"
 #include "CSampleDataSeeder.h"
@@ -9,6 +10,7 @@
 #include "HostContext.h"
 #include "NativePath.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcessEnvironment>
@@ -59,6 +61,12 @@ int CTestCli::Prepare(const QStringList& args)
         return SetupError(m_options.Error() + QStringLiteral(" (see --help)"));
     case CCliOptions::Action::Run:
         break;
+    }
+    // Counters only in coverage runs, and on before any engine starts.
+    if (!m_options.CoverageDir().isEmpty()) {
+        if (!QDir().mkpath(m_options.CoverageDir()))
+            return SetupError(QStringLiteral("cannot make the coverage folder %1").arg(m_options.CoverageDir()));
+        CJsEngine::EnableCoverage();
     }
     const QString junit = m_options.JUnitFile();
     if (!junit.isEmpty() && !QFileInfo(QFileInfo(junit).absolutePath()).isDir())
@@ -132,6 +140,8 @@ void CTestCli::RunScripts()
     };
     announce(0);
     CParallelTestRunner runner(m_jobs);
+    if (!m_options.CoverageDir().isEmpty())
+        runner.SetCoverage(&m_coverage);
     runner.Run(m_scripts, [&](int index, const CScriptTestReport& report, double seconds) {
         m_service->AppendReport(report);
         if (!m_options.JUnitFile().isEmpty())
@@ -168,7 +178,39 @@ int CTestCli::Finish()
         if (!m_junit.Write(m_options.JUnitFile(), error))
             return SetupError(error);
     }
+    if (!m_options.CoverageDir().isEmpty() && !WriteCoverage(m_coverageSummary))
+        return SetupError(m_coverageSummary);
     return m_failed > 0 ? kSomeFailed : kAllPassed;
+}
+
+// The LCOV file always, the HTML report when genhtml is there; the summary
+// lines to print, or the reason it failed.
+bool CTestCli::WriteCoverage(QString& summary)
+{
+    QElapsedTimer timer;
+    timer.start();
+    const QString dir = QFileInfo(m_options.CoverageDir()).absoluteFilePath();
+    if (!m_coverage.WriteLcov(dir, summary))
+        return false;
+    int lines = 0, reached = 0;
+    for (const CNativeCoverage::File& file : m_coverage.Files())
+        for (const auto& [line, count] : file.hits) {
+            ++lines;
+            reached += count > 0 ? 1 : 0;
+        }
+    summary = QStringLiteral("coverage: %1 of %2 lines reached, %3\n").arg(reached).arg(lines).arg(dir + QStringLiteral("/lcov.info"));
+    if (!CNativeCoverage::HasGenhtml()) {
+        Out(stderr, QStringLiteral("velmora-test: genhtml (Debian package lcov) not found, no HTML report\n"));
+        return true;
+    }
+    QString error;
+    if (!CNativeCoverage::WriteHtml(dir, error)) {
+        summary = error;
+        return false;
+    }
+    summary += QStringLiteral("coverage report: %1/html/index.html (written in %2 s)\n")
+                   .arg(dir).arg(double(timer.elapsed()) / 1000.0, 0, 'f', 2);
+    return true;
 }
 
 void CTestCli::PrintSummary(double seconds) const
@@ -192,6 +234,7 @@ void CTestCli::PrintSummary(double seconds) const
                                           : QStringLiteral("result file: none (no script to test)\n");
     if (!m_options.JUnitFile().isEmpty())
         text += QStringLiteral("junit file: %1\n").arg(QFileInfo(m_options.JUnitFile()).absoluteFilePath());
+    text += m_coverageSummary;
     Out(stdout, text);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 #include "CCliOptions.h"
 #include "CJUnitReport.h"
+#include "CNativeCoverage.h"
 #include "CTestJavaScriptService.h"
 
 #include <QList>
@@ -31,6 +32,7 @@ private:
     void RunScripts();
     void Collect(const CScriptTestReport& report);
     int Finish();
+    bool WriteCoverage(QString& summary);
     void PrintSummary(double seconds) const;
     int SetupError(const QString& reason) const;
 
@@ -39,10 +41,12 @@ private:
     std::unique_ptr<CTestJavaScriptService> m_service;
     QList<CTestJavaScriptService::Script> m_scripts;
     CJUnitReport m_junit;
+    CNativeCoverage m_coverage;
     QStringList m_failures;
     int m_passed = 0;
     int m_failed = 0;
     int m_jobs = 1;
     int m_allScripts = 0; // before the shard and --script chose
     QString m_setupError;
+    QString m_coverageSummary;
 };

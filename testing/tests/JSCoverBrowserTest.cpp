@@ -2,6 +2,7 @@
 #include "CJSCoverTestService.h"
 #include "CTestJavaScriptService.h"
 #include "ExternalProcess.h"
+#include "LoopbackPort.h"
 #include "HostContext.h"
 #include "NativePath.h"
 #include "TestEnvironment.h"
@@ -16,10 +17,6 @@
 #include <QTemporaryDir>
 #include <QThread>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 // The generated harness, served by the real JSCover server and run by a real
 // headless Chromium: the stored report must count exactly the script lines
@@ -49,23 +46,6 @@ document.getElementById('harness').onload = function () {
 };
 </script></body></html>
 )";
-
-// Binds (port 0: any free one, read back) or connects on loopback; the port, or 0.
-int Loopback(int port, bool connect)
-{
-    sockaddr_in addr{};
-    addr.sin_family = AF_INET;
-    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    addr.sin_port = htons(static_cast<uint16_t>(port));
-    auto* a = reinterpret_cast<sockaddr*>(&addr);
-    socklen_t size = sizeof addr;
-    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
-    const bool ok = fd >= 0
-                    && (connect ? ::connect(fd, a, size) == 0 : ::bind(fd, a, size) == 0 && ::getsockname(fd, a, &size) == 0);
-    if (fd >= 0)
-        ::close(fd);
-    return ok ? ntohs(addr.sin_port) : 0;
-}
 
 // JSCover keeps source lines HTML-escaped, non-ASCII as "&#n;".
 QString HtmlUnescape(QString text)
@@ -115,6 +95,7 @@ protected:
         ASSERT_TRUE(CTestCaseStore::SaveTestCase(key, "b.tx", "d = 5;", nullptr));
         CTestJavaScriptService tests;
         CJSCoverTestService harness;
+        harness.SetServer(nullptr); // this test runs its own server
         CArray<QString> cases;
         ASSERT_TRUE(tests.ListTestCases(key, cases));
         ASSERT_EQ(cases.GetSize(), 2);

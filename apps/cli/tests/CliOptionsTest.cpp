@@ -12,11 +12,11 @@ QStringList Args(std::initializer_list<const char*> list)
     return args;
 }
 
-// Every value option as text: script, junit, home, system db, cases, jobs, timeout, quiet.
+// Every value option as text: script, junit, home, system db, cases, jobs, timeout, quiet, coverage.
 QStringList Values(const CCliOptions& o)
 {
     return {o.Script(), o.JUnitFile(), o.Home(), o.SystemDb(), o.CasesDir(), QString::number(o.Jobs()),
-            QString::number(o.TimeoutMs()), o.Quiet() ? "quiet" : ""};
+            QString::number(o.TimeoutMs()), o.Quiet() ? "quiet" : "", o.CoverageDir()};
 }
 
 } // namespace
@@ -25,14 +25,14 @@ TEST(CliOptionsTest, EveryValueOptionIsReadAndParsingAgainForgetsThem)
 {
     CCliOptions options;
     ASSERT_EQ(options.Parse(Args({"--script=a=b.js", "--jobs", "256", "--junit", "out.xml", "--home", "/h",
-                                  "--system-db=/h/s.db", "--cases", "/c", "--timeout=250", "--quiet"})),
+                                  "--system-db=/h/s.db", "--cases", "/c", "--timeout=250", "--quiet", "--coverage", "/cov"})),
               CCliOptions::Action::Run)
         << options.Error().toStdString();
-    EXPECT_EQ(Values(options), QStringList({"a=b.js", "out.xml", "/h", "/h/s.db", "/c", "256", "250", "quiet"}));
+    EXPECT_EQ(Values(options), QStringList({"a=b.js", "out.xml", "/h", "/h/s.db", "/c", "256", "250", "quiet", "/cov"}));
     ASSERT_EQ(options.Parse(Args({"--jobs", "1"})), CCliOptions::Action::Run);
     const QStringList again = Values(options);
     EXPECT_EQ(again.mid(0, 2), QStringList({"", ""}));
-    EXPECT_EQ(again.mid(5), QStringList({"1", "0", ""}));
+    EXPECT_EQ(again.mid(5), QStringList({"1", "0", "", ""}));
 }
 
 TEST(CliOptionsTest, HelpAndVersionWinOverEverythingElse)

@@ -1,9 +1,11 @@
 #include "CliFixture.h"
 
+#include "CNativeCoverage.h"
 #include "CTestCaseStore.h"
 #include "NativePath.h"
 
 #include <QDir>
+#include <QFile>
 #include <QDomDocument>
 #include <QRegularExpression>
 
@@ -105,5 +107,32 @@ TEST_F(CliRunTest, FaultsFailTheRunAndEveryJobCountWritesTheSameFile)
             EXPECT_TRUE(failure.text().contains(QRegularExpression("\\| W +\\| 3\\.9 +\\| 3\\.856 +\\|"))) << failure.text().toStdString();
         }
         EXPECT_EQ(mismatches, 1);
+    }
+}
+
+// Line coverage: the same lcov.info from one job and from several, one record
+// per sample script plus the one library they all share, accepted by genhtml.
+TEST_F(CliRunTest, CoverageIsTheSameFromOneJobAndFromAllCores)
+{
+    Seed();
+    QString reference;
+    for (const QString jobs : {"1", "3"}) {
+        SCOPED_TRACE(jobs.toStdString());
+        const QString dir = HomeFile("coverage" + jobs);
+        const Outcome run = Run({"--quiet", "--jobs", jobs, "--coverage", dir});
+        ASSERT_TRUE(run.finished);
+        EXPECT_EQ(run.exitCode, 0) << run.out.toStdString() << run.err.toStdString();
+        EXPECT_TRUE(run.out.contains("coverage report: " + dir + "/html/index.html")) << run.out.toStdString();
+        EXPECT_TRUE(QFile::exists(dir + "/html/index.html"));
+        const QString lcov = QString::fromUtf8(ReadBytes(dir + "/lcov.info")).replace(dir, "DIR");
+        EXPECT_EQ(lcov.count("end_of_record"), Samples().size() + 1);
+        EXPECT_EQ(lcov.count("/GlobalFun.txt\n"), 1);
+        for (const CSampleScripts::Script& script : Samples())
+            EXPECT_EQ(lcov.count("SF:DIR/source/" + CTestCaseStore::SanitizeScriptName(script.keyCh) + "/"
+                                 + CNativeCoverage::ScriptFileName(script.keyCh) + "\n"), 1)
+                << script.keyCh.toStdString();
+        if (reference.isEmpty())
+            reference = lcov;
+        EXPECT_EQ(lcov, reference);
     }
 }
