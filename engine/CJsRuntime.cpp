@@ -81,6 +81,8 @@ std::unique_ptr<CJsRuntime> CJsRuntime::Create()
     if (!anchor)
         return nullptr;
     runtime->m_compartmentAnchor = std::make_unique<JS::PersistentRooted<JSObject*>>(cx, anchor);
+    runtime->m_meter = std::make_unique<CJsAllocationMeter>(cx, anchor);
+    runtime->m_slot.checkMemory.store(true, std::memory_order_relaxed);
     return runtime;
 }
 
@@ -93,7 +95,6 @@ CJsRuntime::CJsRuntime(JSContext* cx)
     JS_SetGCCallback(cx, &CJsRuntime::OnGarbageCollected, this);
     m_jobs = std::make_unique<CJsJobQueue>(cx);
     JS::SetJobQueue(cx, m_jobs.get());
-    m_slot.growthAllowanceKb.store(static_cast<long>(m_heapLimit / 1024u) * kRunGrowthInHeapLimits);
     m_slot.cx = cx;
     CJsEngine::Instance().Watchdog().Register(&m_slot);
 }
@@ -102,6 +103,7 @@ CJsRuntime::~CJsRuntime()
 {
     DetachAll();
     m_pieces.Release();
+    m_meter.reset();
     m_compartmentAnchor.reset();
     m_jobs.reset();
     m_stencils = CJsStencilCache();
@@ -148,7 +150,6 @@ void CJsRuntime::SetHeapLimitBytes(std::uint32_t bytes)
 {
     m_heapLimit = bytes;
     JS_SetGCParameter(m_cx, JSGC_MAX_BYTES, bytes);
-    m_slot.growthAllowanceKb.store(static_cast<long>(bytes / 1024u) * kRunGrowthInHeapLimits);
 }
 
 void CJsRuntime::BeginRun()
@@ -163,7 +164,14 @@ void CJsRuntime::BeginRun()
     // Jobs of an earlier run (left when it was stopped) never run in this one.
     m_jobs->Clear();
     m_budgetMs = HostContext::Instance().ScriptTimeBudgetMs();
+    if (m_meter)
+        m_meter->StartRun();
     m_run = CJsWatchdog::Arm(m_slot, m_budgetMs);
+}
+
+bool CJsRuntime::RunOutgrown()
+{
+    return m_meter && m_meter->Exceeds(std::uint64_t(m_heapLimit) * kRunGrowthInHeapLimits);
 }
 
 void CJsRuntime::EndRun()
@@ -191,7 +199,7 @@ bool CJsRuntime::OnInterrupt(JSContext* cx)
     auto* runtime = static_cast<CJsRuntime*>(JS_GetContextPrivate(cx));
     if (!runtime || runtime->m_runDepth == 0)
         return true;
-    runtime->m_outOfMemory = runtime->m_heapFull || CJsWatchdog::HasOutgrown(runtime->m_slot, runtime->m_run);
+    runtime->m_outOfMemory = runtime->m_heapFull || runtime->RunOutgrown();
     runtime->m_timedOut = !runtime->m_outOfMemory && CJsWatchdog::HasExpired(runtime->m_slot, runtime->m_run);
     if (!runtime->m_outOfMemory && !runtime->m_timedOut)
         return true;

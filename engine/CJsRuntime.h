@@ -1,4 +1,5 @@
 #pragma once
+#include "CJsAllocationMeter.h"
 #include "CJsJobQueue.h"
 #include "CJsPieceAnalyzer.h"
 #include "CJsStencilCache.h"
@@ -60,7 +61,7 @@ public:
     // Whether the run just ended was stopped by the watchdog (for its time or
     // for its memory), and where.
     bool LastRunTimedOut() const { return m_timedOut; }
-    // Whether the run just ended was stopped for growing the process too much.
+    // Whether the run just ended was stopped for what it allocated.
     bool LastRunOutOfMemory() const { return m_outOfMemory; }
     const std::string& StopFile() const { return m_stopFile; }
     unsigned StopLine() const { return m_stopLine; }
@@ -84,8 +85,8 @@ public:
     // Old globals are only reclaimed by a collection; one every so many
     // resets keeps memory flat at little cost per reset.
     static constexpr int kGlobalsPerCollection = 64;
-    // How far a run may grow the process, in heap limits, before the
-    // watchdog stops it (memory outside the GC heap has no other limit).
+    // How much a run may allocate (GC heap and owned malloc memory), in heap
+    // limits, before it is stopped (memory outside the GC heap has no other limit).
     static constexpr int kRunGrowthInHeapLimits = 2;
     // A collection that leaves more than this share of the heap limit in use
     // means the script holds on to nearly everything: rather than collect
@@ -103,6 +104,7 @@ private:
     static void OnGarbageCollected(JSContext* cx, JSGCStatus status, JS::GCReason reason, void* data);
 
     void DetachAll();
+    bool RunOutgrown();
 
     JSContext* m_cx = nullptr;
     std::shared_ptr<Link> m_link;
@@ -110,6 +112,7 @@ private:
     CJsStencilCache m_stencils;
     CJsPieceAnalyzer m_pieces{*this};
     std::unique_ptr<CJsJobQueue> m_jobs;
+    std::unique_ptr<CJsAllocationMeter> m_meter;
     CJsWatchdog::Slot m_slot;
     std::uint64_t m_run = 0;
     int m_runDepth = 0;

@@ -2,11 +2,8 @@
 
 #include <js/Interrupt.h>
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <limits>
 
 CJsWatchdog::~CJsWatchdog()
@@ -43,23 +40,6 @@ std::uint64_t CJsWatchdog::Arm(Slot& slot, int budgetMs)
     return run;
 }
 
-bool CJsWatchdog::HasOutgrown(const Slot& slot, std::uint64_t run)
-{
-    return run != 0 && slot.oversizedRun.load(std::memory_order_acquire) == run;
-}
-
-long CJsWatchdog::ResidentKb()
-{
-    std::FILE* file = std::fopen("/proc/self/statm", "r");
-    if (!file)
-        return 0;
-    long pages = 0;
-    long resident = 0;
-    const int read = std::fscanf(file, "%ld %ld", &pages, &resident);
-    std::fclose(file);
-    return read == 2 ? resident * (sysconf(_SC_PAGESIZE) / 1024) : 0;
-}
-
 bool CJsWatchdog::HasExpired(const Slot& slot, std::uint64_t run)
 {
     return run != 0 && slot.expiredRun.load(std::memory_order_acquire) == run;
@@ -90,7 +70,6 @@ void CJsWatchdog::Loop()
 void CJsWatchdog::CheckSlots()
 {
     const std::int64_t now = NowMs();
-    long rssKb = -1; // read once per tick, and only when a run is going
     for (Slot* slot : m_slots)
     {
         const std::uint64_t run = slot->run.load(std::memory_order_acquire);
@@ -98,30 +77,13 @@ void CJsWatchdog::CheckSlots()
         // The deadline must belong to the run we read, not to a newer one.
         if (deadline == 0 || slot->run.load(std::memory_order_acquire) != run)
             continue;
-        CheckGrowth(*slot, run, rssKb);
         if (now < deadline || slot->expiredRun.load() == run)
+        {
+            if (slot->checkMemory.load(std::memory_order_relaxed))
+                JS_RequestInterruptCallback(slot->cx);
             continue;
+        }
         slot->expiredRun.store(run, std::memory_order_release);
         JS_RequestInterruptCallback(slot->cx);
-    }
-}
-
-void CJsWatchdog::CheckGrowth(Slot& slot, std::uint64_t run, long& rssKb)
-{
-    const long allowance = slot.growthAllowanceKb.load(std::memory_order_relaxed);
-    if (allowance <= 0)
-        return;
-    if (rssKb < 0)
-        rssKb = ResidentKb();
-    if (slot.seenRun != run)
-    {
-        slot.seenRun = run;
-        slot.seenRssKb = rssKb;
-        return;
-    }
-    if (rssKb - slot.seenRssKb > allowance && slot.oversizedRun.load() != run)
-    {
-        slot.oversizedRun.store(run, std::memory_order_release);
-        JS_RequestInterruptCallback(slot.cx);
     }
 }

@@ -8,17 +8,18 @@
 
 struct JSContext;
 
-// One thread per process that stops runs which overstay their time budget or
-// grow the process without end. Each context owns a Slot; a run writes its
-// deadline there (no lock, no wake-up, so arming costs next to nothing) and
-// the watchdog, waking every few milliseconds while any context exists,
-// marks an expired run and asks the context for an interrupt. The context's
-// interrupt callback then ends the run if the mark is for the run still going.
+// One thread per process that stops runs which overstay their time budget.
+// Each context owns a Slot; a run writes its deadline there (no lock, no
+// wake-up, so arming costs next to nothing) and the watchdog, waking every
+// few milliseconds while any context exists, marks an expired run and asks
+// the context for an interrupt. The context's interrupt callback then ends
+// the run if the mark is for the run still going.
 //
 // Memory outside the GC heap (array elements, string characters) has no
-// limit of the engine's own, so the watchdog also notes the resident size
-// when it first sees a run and stops the run once the process has grown by
-// more than the slot's allowance since then.
+// limit of the engine's own. Only the context's own thread can read its
+// counters, so for a slot that asks for memory checks the watchdog requests
+// an interrupt on every tick of a run, and the callback weighs what the run
+// has allocated.
 class CJsWatchdog
 {
 public:
@@ -28,11 +29,7 @@ public:
         std::atomic<std::uint64_t> run{0};
         std::atomic<std::int64_t> deadlineMs{0}; // 0: no run going
         std::atomic<std::uint64_t> expiredRun{0};
-        std::atomic<std::uint64_t> oversizedRun{0};
-        std::atomic<long> growthAllowanceKb{0}; // 0: no memory check
-        // The watchdog's own notes: the run it last saw and the size then.
-        std::uint64_t seenRun = 0;
-        long seenRssKb = 0;
+        std::atomic<bool> checkMemory{false};
     };
 
     CJsWatchdog() = default;
@@ -46,10 +43,8 @@ public:
     static std::uint64_t Arm(Slot& slot, int budgetMs);
     static void Disarm(Slot& slot) { slot.deadlineMs.store(0, std::memory_order_release); }
     static bool HasExpired(const Slot& slot, std::uint64_t run);
-    static bool HasOutgrown(const Slot& slot, std::uint64_t run);
 
     static std::int64_t NowMs();
-    static long ResidentKb();
 
     CJsWatchdog(const CJsWatchdog&) = delete;
     CJsWatchdog& operator=(const CJsWatchdog&) = delete;
@@ -57,7 +52,6 @@ public:
 private:
     void Loop();
     void CheckSlots();
-    static void CheckGrowth(Slot& slot, std::uint64_t run, long& rssKb);
 
     static constexpr int kTickMs = 20;
 

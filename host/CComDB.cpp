@@ -283,10 +283,10 @@ bool CComDB::UpdateBlob(const QString& sql, const unsigned char* bytes, int coun
         return Fail(QStringLiteral("UpdateBlob needs \"update <table> set CONTENT = ... where ID=<n>\""));
     if (count < 0 || (count > 0 && !bytes))
         return Fail(QStringLiteral("UpdateBlob got no bytes"));
-    int length = 0;
-    while (length < count && bytes[length] != 0)
-        ++length;
-    const QString text = QString::fromLatin1(reinterpret_cast<const char*>(bytes), length);
+    const QString text = QString::fromLatin1(reinterpret_cast<const char*>(bytes), count);
+    // The driver would silently cut the text at the first zero byte.
+    if (m_backend == CConnectionString::Backend::PostgreSQL && text.contains(QChar(0)))
+        return Fail(QStringLiteral("a PostgreSQL text cannot hold a zero byte; the script was not stored"));
     int affected = 0;
     const QString update = QStringLiteral("update %1 set CONTENT = ? where ID = ?").arg(table.captured(1));
     if (!RunSql(update, {text, id.captured(1).toLongLong()}, nullptr, &affected))

@@ -39,9 +39,10 @@ public:
 
     bool ExecuteNonQuery(const QString& sql) override;
     bool Retrieve(const QString& sql, QString& value) override;
-    // The bytes up to `count` or the first zero byte are stored as text, one
-    // character per byte (Latin-1), in the CONTENT of the row named by the
-    // statement's trailing "where ID=<n>"; no such row is a failure.
+    // All `count` bytes are stored as text, one character per byte (Latin-1),
+    // in the CONTENT of the row named by the statement's trailing
+    // "where ID=<n>"; no such row is a failure. PostgreSQL text holds no zero
+    // character, so there a zero byte fails the call.
     bool UpdateBlob(const QString& sql, const unsigned char* bytes, int count) override;
     bool ExecuteBound(const QString& sql, const QVariantList& params, int* rowsAffected = nullptr) override;
     bool Query(const QString& sql, const QVariantList& params, QList<QVariantList>& rows) override;

@@ -4,6 +4,13 @@
 
 #include <QProcess>
 
+#include <unistd.h>
+
+CConsoleUIService::CConsoleUIService(std::FILE* out)
+    : m_out(out), m_terminal(out && isatty(fileno(out)) == 1)
+{
+}
+
 void CConsoleUIService::Print(const QString& line)
 {
     if (m_progressOpen)
@@ -31,6 +38,12 @@ void CConsoleUIService::ProgressUpdate(const QString& text, int pos, int range)
 {
     if (!m_progressVisible)
         return;
+    if (!m_terminal) {
+        if (!text.isEmpty() && text != m_lastProgress)
+            Print(range > 0 ? QStringLiteral("%1/%2 %3").arg(pos).arg(range).arg(text) : text);
+        m_lastProgress = text;
+        return;
+    }
     constexpr int width = 30;
     const int filled = range > 0 ? qBound(0, pos * width / range, width) : 0;
     const QString bar = QString(filled, QLatin1Char('#')) + QString(width - filled, QLatin1Char('.'));

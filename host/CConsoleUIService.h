@@ -4,17 +4,21 @@
 #include <cstdio>
 
 // Headless backend (velmora-test): messages go to stderr, questions take the
-// configured answer, progress is a one-line bar on stderr, and shell open only
+// configured answer, progress is a one-line bar on a terminal (plain lines
+// elsewhere), and shell open only
 // names the file unless launching is switched on.
 class CConsoleUIService : public CUIService
 {
 public:
-    explicit CConsoleUIService(std::FILE* out = stderr) : m_out(out) {}
+    explicit CConsoleUIService(std::FILE* out = stderr);
 
     void SetYesNoAnswer(int answer) { m_yesNoAnswer = answer; }
     void SetInputAnswer(const QString& text, bool accept) { m_input = text; m_inputAccepted = accept; }
     void SetLaunchShell(bool launch) { m_launchShell = launch; }
     void SetProgressVisible(bool visible) { m_progressVisible = visible; }
+    // On a terminal progress is a bar redrawn in place; elsewhere (a pipe, a
+    // CI log) one plain line per new text. Taken from the stream by default.
+    void SetTerminal(bool terminal) { m_terminal = terminal; }
 
     int MessageBox(const QString& text, const QString& caption, unsigned style) override;
     void ProgressBegin(const QString& title) override;
@@ -36,4 +40,6 @@ private:
     bool m_launchShell = false;
     bool m_progressVisible = true;
     bool m_progressOpen = false;
+    bool m_terminal = false;
+    QString m_lastProgress;
 };

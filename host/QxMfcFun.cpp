@@ -1,5 +1,6 @@
 #include "QxMfcFun.h"
 
+#include "CAtomicFile.h"
 #include "CodePage.h"
 #include "HostContext.h"
 #include "NativePath.h"
@@ -50,7 +51,7 @@ int Fun::SplitCString(const QString& text, const QString& separator, CArray<QStr
 
 bool Fun::SaveFileContent(const QString& path, const QString& text)
 {
-    return WriteBytes(path, CodePage::FromUnicode(text), QIODevice::WriteOnly | QIODevice::Truncate);
+    return !path.isEmpty() && CAtomicFile::Write(NativePath::Map(path), CodePage::FromUnicode(text));
 }
 
 bool Fun::AppendCString2File(const QString& path, const QString& text)

@@ -23,10 +23,11 @@ bool Execute(const QString& sql)
     return db && db->ExecuteNonQuery(sql);
 }
 
-bool IsSafe(const CMacro& macro)
+// The row statements splice name and description; one holding a quote is
+// never sent and fails as it would have failed.
+bool ExecuteRowStatement(const CMacro& macro, const QString& sql)
 {
-    return CSqlQuoteGuard::IsSafe(macro.GetName()) && CSqlQuoteGuard::IsSafe(macro.GetDescription())
-           && CSqlQuoteGuard::IsSafe(macro.InputParams()) && CSqlQuoteGuard::IsSafe(macro.OutputParams());
+    return CSqlQuoteGuard::IsSafe(macro.GetName()) && CSqlQuoteGuard::IsSafe(macro.GetDescription()) && Execute(sql);
 }
 
 void DeclareMacroFields(NDbDataSet& set, int descriptionWidth)
@@ -73,8 +74,6 @@ bool CMacroDataManager::WriteScript(int id, const QString& script)
 
 int CMacroDataManager::InsertMacro(const CMacro& macro)
 {
-    if (!IsSafe(macro))
-        return -1;
     const int max = GetMaxMacroId();
     if (max == -1)
         return -1;
@@ -84,7 +83,7 @@ int CMacroDataManager::InsertMacro(const CMacro& macro)
                         + QStringLiteral("',") + kCrLf + QStringLiteral("'',") + kCrLf
                         + QString::number(macro.GetType()) + QLatin1Char(',') + kCrLf + QLatin1Char('\'')
                         + macro.GetDescription() + QStringLiteral("')") + kCrLf;
-    if (!Execute(sql) || !WriteScript(id, macro.GetContent()))
+    if (!ExecuteRowStatement(macro, sql) || !WriteScript(id, macro.GetContent()))
         return -1;
     if (!SaveMacroParams(id, macro.InputParams(), macro.OutputParams()))
         return -1;
@@ -93,17 +92,13 @@ int CMacroDataManager::InsertMacro(const CMacro& macro)
 
 int CMacroDataManager::UpdateMacro(int id, const CMacro& macro)
 {
-    if (!CSqlQuoteGuard::IsSafe(macro.GetName()) || !CSqlQuoteGuard::IsSafe(macro.GetDescription()))
-        return 0;
-    if (!IsSafe(macro))
-        return -1;
     const QString sql = QStringLiteral("update SC_MACRO_DEFINE ") + kCrLf + QStringLiteral(" set name = '")
                         + macro.GetName() + QStringLiteral("',") + kCrLf + QStringLiteral(" description = '")
                         + macro.GetDescription() + QStringLiteral("',") + kCrLf
                         + QStringLiteral(" content = '',") + kCrLf + QStringLiteral(" type = ")
                         + QString::number(macro.GetType()) + kCrLf + QStringLiteral(" where ID=")
                         + QString::number(id);
-    if (!Execute(sql))
+    if (!ExecuteRowStatement(macro, sql))
         return 0;
     const bool done = WriteScript(id, macro.GetContent()) && DeleteMacroParams(id)
                       && SaveMacroParams(id, macro.InputParams(), macro.OutputParams());
@@ -124,8 +119,6 @@ bool CMacroDataManager::DeleteMacroParams(int id)
 
 bool CMacroDataManager::SaveMacroParams(int id, const CArray<CMacroParam>& inputs, const CArray<CMacroParam>& outputs)
 {
-    if (!CSqlQuoteGuard::IsSafe(inputs) || !CSqlQuoteGuard::IsSafe(outputs))
-        return false;
     CMacroParamManager params;
     for (const CMacroParam& param : inputs) {
         if (params.InsertInputParam(id, param) == -1)

@@ -8,8 +8,8 @@
 // Macros in SC_MACRO_DEFINE with their parameters in SC_MACROPARAM, on the
 // system-database service of the calling thread (CDBFactory::GetSingle(0)).
 // No state and no transactions: a failure half-way keeps what was written
-// before it. A name, value or description holding a single quote makes an
-// operation fail before any statement runs.
+// before it. A statement whose name, value or description holds a single
+// quote is never sent and fails in its place; the steps before it stay.
 class CMacroDataManager
 {
 public:

@@ -1,5 +1,6 @@
 #include "CMacroParamFile.h"
 
+#include "CAtomicFile.h"
 #include "NativePath.h"
 #include "TextFile.h"
 
@@ -111,13 +112,10 @@ bool CMacroParamFile::Save(const CArray<CMacroParam>& inputs, const CArray<CMacr
     m_scriptFile = scriptFile;
     m_script = script;
     const QByteArray document = BuildDocument(m_inputs, m_outputs, m_scriptFile);
-    QFile file(NativePath::Map(m_filePath));
-    if (m_filePath.isEmpty() || !file.open(QIODevice::WriteOnly | QIODevice::Truncate)
-        || file.write(document) != document.size() || !file.flush()) {
+    if (m_filePath.isEmpty() || !CAtomicFile::Write(NativePath::Map(m_filePath), document)) {
         m_errorText = QStringLiteral("CMacroParamFile::Save保存出错");
         return false;
     }
-    file.close();
     WriteTextFile(m_scriptFile, m_script);
     return true;
 }

@@ -39,8 +39,6 @@ int CMacroParamManager::InsertOutputParam(int macroId, const CMacroParam& param)
 
 int CMacroParamManager::InsertParam(int macroId, const CMacroParam& param, int direction)
 {
-    if (!CSqlQuoteGuard::IsSafe(param))
-        return -1;
     const int max = GetMaxParamId();
     if (max == -1)
         return -1;
@@ -51,7 +49,7 @@ int CMacroParamManager::InsertParam(int macroId, const CMacroParam& param, int d
                         + QLatin1Char(',') + kCrLf + QString::number(param.GetDataType()) + kCrLf
                         + QLatin1Char(')');
     CDataServiceAbsolute* db = CDBFactory::GetSingle(CDBFactory::kSystemDatabase);
-    if (!db || !db->ExecuteNonQuery(sql))
+    if (!CSqlQuoteGuard::IsSafe(param) || !db || !db->ExecuteNonQuery(sql))
         return -1;
     return max;
 }

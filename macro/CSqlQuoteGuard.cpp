@@ -9,12 +9,3 @@ bool CSqlQuoteGuard::IsSafe(const CMacroParam& param)
 {
     return IsSafe(param.GetName()) && IsSafe(param.GetValue()) && IsSafe(param.GetDescription());
 }
-
-bool CSqlQuoteGuard::IsSafe(const CArray<CMacroParam>& params)
-{
-    for (const CMacroParam& param : params) {
-        if (!IsSafe(param))
-            return false;
-    }
-    return true;
-}

@@ -1,5 +1,6 @@
 #include "TextFile.h"
 
+#include "CAtomicFile.h"
 #include "CodePage.h"
 #include "NativePath.h"
 #include "UIFunction.h"
@@ -31,8 +32,7 @@ bool ReadTextFile(const QString& path, QString& text)
 
 bool WriteTextFile(const QString& path, const QString& text)
 {
-    QFile file(NativePath::Map(path));
-    if (path.isEmpty() || !file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+    if (path.isEmpty())
         return false;
     // Little-endian 16-bit form built explicitly, then cut to one byte per character.
     QByteArray bytes;
@@ -42,6 +42,5 @@ bool WriteTextFile(const QString& path, const QString& text)
         bytes.append(char(c.unicode() >> 8));
     }
     bytes.truncate(text.size());
-    file.write(bytes);
-    return true;
+    return CAtomicFile::Write(NativePath::Map(path), bytes);
 }

@@ -11,9 +11,9 @@
 // with `text` left as it was.
 bool ReadTextFile(const QString& path, QString& text);
 
-// Creates or truncates the file and writes text.length() bytes taken from the
+// Creates or replaces the file with text.length() bytes taken from the
 // start of the text's UTF-16LE form (no byte-order mark): the byte count is
 // the character count, so only the first half of the 16-bit form reaches the
-// disk. The asymmetry with ReadTextFile is intended. False only when the file
-// cannot be created.
+// disk. The asymmetry with ReadTextFile is intended. The old file is replaced
+// only once all bytes are written; false (old file kept) otherwise.
 bool WriteTextFile(const QString& path, const QString& text);

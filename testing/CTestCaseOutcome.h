@@ -23,4 +23,9 @@ struct CTestCaseOutcome
     QString message;
     // Every compared output in row order; empty when the case did not run.
     QList<Row> rows;
+    // The case's table could not be read: it ran against an empty table.
+    bool tableUnreadable = false;
+    // For an engine error, its line within the piece a user edits
+    // ("script line 2"); empty otherwise.
+    QString where;
 };

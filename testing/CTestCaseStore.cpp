@@ -98,8 +98,10 @@ bool CTestCaseStore::SaveTestCase(const QString& script, const QString& caseName
 }
 
 bool CTestCaseStore::LoadTestCase(const QString& script, const QString& caseName, QString& caseText,
-                                  NDataModelDataSet* table)
+                                  NDataModelDataSet* table, bool* tableUnreadable)
 {
+    if (tableUnreadable)
+        *tableUnreadable = false;
     QString text;
     if (!Fun::File2CString(CaseFile(script, caseName), text))
         return false;
@@ -112,8 +114,9 @@ bool CTestCaseStore::LoadTestCase(const QString& script, const QString& caseName
     caseText = pieces[0];
     // A table part that does not load leaves the table empty; a case saved
     // without a table has an empty part, and that must still load.
-    if (table)
-        table->LoadDataSetXMLBuf_NoDataBefore(pieces[1], 0);
+    const bool loaded = !table || table->LoadDataSetXMLBuf_NoDataBefore(pieces[1], 0);
+    if (tableUnreadable)
+        *tableUnreadable = !loaded && !pieces[1].trimmed().isEmpty();
     return true;
 }
 

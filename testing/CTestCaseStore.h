@@ -52,8 +52,10 @@ public:
     // or loaded for its script text only.
     static bool SaveTestCase(const QString& script, const QString& caseName, const QString& caseText,
                              const NDataModelDataSet* table);
+    // `tableUnreadable`, when given, tells whether a table part was there but
+    // did not load (the table then stays empty and the load still succeeds).
     static bool LoadTestCase(const QString& script, const QString& caseName, QString& caseText,
-                             NDataModelDataSet* table);
+                             NDataModelDataSet* table, bool* tableUnreadable = nullptr);
     static bool TestCaseExists(const QString& script, const QString& caseName);
     static bool DeleteTestCase(const QString& script, const QString& caseName);
 

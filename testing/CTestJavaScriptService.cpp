@@ -1,6 +1,7 @@
 #include "CTestJavaScriptService.h"
 
 #include "CAccessSysData_MacrosTable.h"
+#include "CJoinedTextLines.h"
 #include "CMacroParam.h"
 #include "CNativeCoverage.h"
 #include "COutPutTextTable.h"
@@ -211,9 +212,9 @@ bool CTestJavaScriptService::ReadAllScripts(QList<Script>& scripts)
 }
 
 void CTestJavaScriptService::Record(CScriptTestReport& report, const QString& caseName, bool passed,
-                                    const QString& message, const QList<CTestCaseOutcome::Row>& rows)
+                                    const QString& message, const QList<CTestCaseOutcome::Row>& rows,
+                                    CTestCaseOutcome outcome)
 {
-    CTestCaseOutcome outcome;
     outcome.script = report.script;
     outcome.caseName = caseName;
     outcome.passed = passed;
@@ -272,7 +273,8 @@ void CTestJavaScriptService::RunOneCase(const QString& name, const QString& case
 {
     CTestCaseInfoTable stored;
     QString caseText;
-    if (!LoadTestCase(name, caseName, caseText, &stored)) {
+    CTestCaseOutcome extra;
+    if (!LoadTestCase(name, caseName, caseText, &stored, &extra.tableUnreadable)) {
         LogTestMessage(name, caseName, kCaseUnreadable);
         Record(report, caseName, false, kCaseUnreadable);
         return;
@@ -282,16 +284,28 @@ void CTestJavaScriptService::RunOneCase(const QString& name, const QString& case
     QString error;
     if (!RunTestCase(globalFun, globalParm, caseText, scriptText, *run, error)) {
         LogTestMessage(name, caseName, error);
-        Record(report, caseName, false, error);
+        CJoinedTextLines lines;
+        // Whatever the engine put in front of the case's text comes first.
+        const QString crlf = QStringLiteral("\r\n");
+        const QString joined = globalFun + crlf + globalParm + crlf + caseText + crlf + scriptText;
+        const QString whole = m_macro.GetLastScript();
+        if (whole.size() > joined.size() && whole.endsWith(crlf + joined))
+            lines.Add(QStringLiteral("global script"), whole.left(whole.size() - joined.size() - crlf.size()));
+        lines.Add(kGlobalFunFile, globalFun);
+        lines.Add(kGlobalParmFile, globalParm);
+        lines.Add(QStringLiteral("case"), caseText);
+        lines.Add(QStringLiteral("script"), scriptText);
+        extra.where = lines.Locate(CJoinedTextLines::ErrorLine(error));
+        Record(report, caseName, false, error, {}, extra);
         return;
     }
     QList<CTestCaseOutcome::Row> rows;
     if (!CompareAndLog(name, caseName, *run, stored, rows)) {
-        Record(report, caseName, false, kResultsDisagree, rows);
+        Record(report, caseName, false, kResultsDisagree, rows, extra);
         return;
     }
     LogTestMessage(name, caseName, kTestPassed);
-    Record(report, caseName, true, kTestPassed, rows);
+    Record(report, caseName, true, kTestPassed, rows, extra);
 }
 
 int CTestJavaScriptService::RunAllTests()

@@ -115,8 +115,9 @@ private:
                     const QString& globalParm, const QString& scriptText, CScriptTestReport& report);
     bool CompareAndLog(const QString& script, const QString& caseName, const NDataModelDataSet& after,
                        const NDataModelDataSet& stored, QList<CTestCaseOutcome::Row>& rows);
+    // `outcome` brings what else is known of the case (table unreadable, error line).
     void Record(CScriptTestReport& report, const QString& caseName, bool passed, const QString& message,
-                const QList<CTestCaseOutcome::Row>& rows = {});
+                const QList<CTestCaseOutcome::Row>& rows = {}, CTestCaseOutcome outcome = {});
     void Emit(const CScriptTestReport::Entry& entry);
     bool WriteEntry(const CScriptTestReport::Entry& entry);
 

@@ -44,6 +44,8 @@ void AddOptions(QCommandLineParser& parser)
          QStringLiteral("DIR")},
         {QStringLiteral("list"), QStringLiteral("Print the scripts the run would test, one per line; run nothing.")},
         {QStringLiteral("quiet"), QStringLiteral("No progress bar on stderr.")},
+        {QStringLiteral("strict"),
+         QStringLiteral("Count a case whose table cannot be read as failed (default: it passes with a warning).")},
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this text.")},
         {QStringLiteral("version"), QStringLiteral("Show the version.")},
     });
@@ -105,6 +107,7 @@ bool CCliOptions::ReadValues(const QCommandLineParser& parser)
 {
     m_quiet = parser.isSet(QStringLiteral("quiet"));
     m_list = parser.isSet(QStringLiteral("list"));
+    m_strict = parser.isSet(QStringLiteral("strict"));
     const struct { const char* name; QString* target; } texts[] = {
         {"script", &m_script}, {"junit", &m_junit}, {"home", &m_home}, {"system-db", &m_systemDb}, {"cases", &m_cases},
         {"coverage", &m_coverage},

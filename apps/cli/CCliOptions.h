@@ -36,6 +36,7 @@ public:
     CTestShard Shard() const { return m_shard; }
     QString CoverageDir() const { return m_coverage; } // empty: no coverage
     bool List() const { return m_list; }                // print the chosen scripts, run nothing
+    bool Strict() const { return m_strict; }            // unreadable case tables fail
 
     static constexpr int kMaxJobs = 256;
 
@@ -57,4 +58,5 @@ private:
     CTestShard m_shard;
     bool m_list = false;
     QString m_coverage;
+    bool m_strict = false;
 };

@@ -48,11 +48,15 @@ void WriteCase(QXmlStreamWriter& xml, const CTestCaseOutcome& outcome, double se
     const QString name = outcome.caseName.isEmpty() ? CJUnitReport::ScriptLevelCaseName() : outcome.caseName;
     xml.writeAttribute(QStringLiteral("name"), XmlSafe(name));
     xml.writeAttribute(QStringLiteral("time"), Seconds(seconds));
+    if (outcome.passed && outcome.tableUnreadable)
+        xml.writeTextElement(QStringLiteral("system-err"), XmlSafe(CJUnitReport::TableWarning(outcome)));
     if (!outcome.passed) {
         xml.writeStartElement(QStringLiteral("failure"));
         xml.writeAttribute(QStringLiteral("message"), XmlSafe(outcome.message));
         xml.writeAttribute(QStringLiteral("type"), FailureType(outcome));
-        const QString text = outcome.rows.isEmpty() ? outcome.message
+        const QString message = outcome.where.isEmpty() ? outcome.message
+                                                        : outcome.message + QStringLiteral(" (") + outcome.where + QLatin1Char(')');
+        const QString text = outcome.rows.isEmpty() ? message
                                                     : outcome.message + QLatin1Char('\n') + CJUnitReport::FormatRows(outcome.rows);
         xml.writeCharacters(XmlSafe(text));
         xml.writeEndElement();
@@ -162,4 +166,9 @@ bool CJUnitReport::Write(const QString& path, QString& error) const
         return false;
     }
     return true;
+}
+
+QString CJUnitReport::TableWarning(const CTestCaseOutcome& outcome)
+{
+    return QStringLiteral("warning: %1 / %2: %3, compared as empty").arg(outcome.script, outcome.caseName, kTableUnreadable);
 }

@@ -26,6 +26,10 @@ public:
 
     // Test-case name used when a whole script failed before its cases ran.
     static QString ScriptLevelCaseName();
+    // The line naming a case that passed against an empty table because its
+    // own could not be read.
+    static QString TableWarning(const CTestCaseOutcome& outcome);
+    static inline const QString kTableUnreadable = QStringLiteral("case table cannot be read");
     // The comparison table as the result file prints it, LF line breaks.
     static QString FormatRows(const QList<CTestCaseOutcome::Row>& rows);
 

@@ -142,8 +142,10 @@ void CTestCli::RunScripts()
     CParallelTestRunner runner(m_jobs);
     if (!m_options.CoverageDir().isEmpty())
         runner.SetCoverage(&m_coverage);
-    runner.Run(m_scripts, [&](int index, const CScriptTestReport& report, double seconds) {
-        m_service->AppendReport(report);
+    runner.Run(m_scripts, [&](int index, const CScriptTestReport& written, double seconds) {
+        // The result file keeps the store's rule: an unreadable table passes.
+        m_service->AppendReport(written);
+        const CScriptTestReport report = Judged(written);
         if (!m_options.JUnitFile().isEmpty())
             m_junit.Add(report, seconds);
         Collect(report);
@@ -153,17 +155,40 @@ void CTestCli::RunScripts()
     progress.Close();
 }
 
+// Under --strict a case whose table cannot be read fails.
+CScriptTestReport CTestCli::Judged(const CScriptTestReport& written) const
+{
+    CScriptTestReport report = written;
+    if (!m_options.Strict())
+        return report;
+    for (CTestCaseOutcome& outcome : report.outcomes) {
+        if (outcome.passed && outcome.tableUnreadable) {
+            outcome.passed = false;
+            outcome.message = CJUnitReport::kTableUnreadable;
+            report.passed = false;
+        }
+    }
+    return report;
+}
+
 void CTestCli::Collect(const CScriptTestReport& report)
 {
     for (const CTestCaseOutcome& outcome : report.outcomes) {
         if (outcome.passed) {
             ++m_passed;
+            if (outcome.tableUnreadable) {
+                ++m_warnings;
+                m_ui->MessageBox(CJUnitReport::TableWarning(outcome), QString(), 0);
+            }
             continue;
         }
         ++m_failed;
         if (m_failures.size() < kFailuresListed) {
             const QString where = outcome.caseName.isEmpty() ? outcome.script : outcome.script + QStringLiteral(" / ") + outcome.caseName;
-            m_failures.append(QStringLiteral("FAILED %1: %2").arg(where, outcome.message.simplified()));
+            QString line = QStringLiteral("FAILED %1: %2").arg(where, outcome.message.simplified());
+            if (!outcome.where.isEmpty())
+                line += QStringLiteral(" (%1)").arg(outcome.where);
+            m_failures.append(line);
         }
     }
 }
@@ -229,6 +254,8 @@ void CTestCli::PrintSummary(double seconds) const
                 .arg(scripts).arg(cases).arg(CParallelTestRunner(m_jobs).WorkersFor(int(m_scripts.size())))
                 .arg(seconds, 0, 'f', 2);
     text += QStringLiteral("%1 passed, %2 failed\n").arg(m_passed).arg(m_failed);
+    if (m_warnings > 0)
+        text += QStringLiteral("%1 warnings\n").arg(m_warnings);
     const QString resultFile = NativePath::Map(m_service->GetResultFileName());
     text += QFileInfo::exists(resultFile) ? QStringLiteral("result file: %1\n").arg(resultFile)
                                           : QStringLiteral("result file: none (no script to test)\n");

@@ -30,6 +30,7 @@ private:
     bool SelectScripts();
     int ListScripts() const;
     void RunScripts();
+    CScriptTestReport Judged(const CScriptTestReport& written) const;
     void Collect(const CScriptTestReport& report);
     int Finish();
     bool WriteCoverage(QString& summary);
@@ -45,6 +46,7 @@ private:
     QStringList m_failures;
     int m_passed = 0;
     int m_failed = 0;
+    int m_warnings = 0; // cases passed against an empty table
     int m_jobs = 1;
     int m_allScripts = 0; // before the shard and --script chose
     QString m_setupError;

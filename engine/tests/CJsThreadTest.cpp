@@ -1,3 +1,4 @@
+#include "CJsRuntime.h"
 #include "CMacroImplement.h"
 #include "CScriptHost.h"
 #include "EngineTestSupport.h"
@@ -7,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -80,6 +82,26 @@ TEST_F(ScriptThreadTest, TimeoutOnOneThreadLeavesTheOthersRunning)
     EXPECT_EQ(loopError, u"Error: 脚本运行超时(超过400毫秒), for (;;) {}; in line 1"_s);
     EXPECT_GE(quickRuns, 20);
     EXPECT_EQ(quickFailures, 0);
+}
+
+// Each run is stopped for what it did itself: a loop beside a memory hog runs out of time, not memory.
+TEST_F(ScriptThreadTest, MemoryHogOnOneThreadLeavesTheOtherItsTimeout)
+{
+    HostContext::Instance().SetScriptTimeBudgetMs(3000);
+    const auto run = [](std::uint32_t heapMb, const QString& script, QString& error) {
+        CJsRuntime::Current()->SetHeapLimitBytes(heapMb * 1024u * 1024u);
+        CScriptHost host;
+        host.ExecuteStatement(script);
+        error = host.GetErrorText();
+    };
+    QString loopError, hogError;
+    std::thread loop([&] { run(8, u"for (;;) {}"_s, loopError); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    std::thread hog([&] { run(32, u"var a = [];\r\nwhile (true) a.push(a.length);"_s, hogError); });
+    hog.join();
+    loop.join();
+    EXPECT_EQ(loopError, u"Error: 脚本运行超时(超过3000毫秒), for (;;) {}; in line 1"_s);
+    EXPECT_EQ(hogError, u"Error: 脚本内存不足(堆上限32 MB), while (true) a.push(a.length);; in line 2"_s);
 }
 
 TEST_F(ScriptThreadTest, HostUsedOnAnotherThreadStartsOverThere)

@@ -73,15 +73,15 @@ TEST_P(ComDBTest, FailedOrCompoundStatementsChangeNothingAndLeaveTheConnectionUs
 TEST_P(ComDBTest, UpdateBlobPlacesTheBytesOnlyInTheOneContentRowNamed)
 {
     ASSERT_TRUE(m_db->ExecuteNonQuery(QStringLiteral("insert into t (ID, CONTENT) values (5, 'old'), (6, 'other')")));
-    const QByteArray odd("a 'quoted'; drop table t; --\r\n\xe9", 32);
+    const QByteArray odd("a 'quoted'; drop table t; --\r\n\xe9");
     const auto* oddBytes = reinterpret_cast<const unsigned char*>(odd.constData());
     const unsigned char zero[] = {'a', 'b', 0, 'c', 'd'};
     const QString row5 = QStringLiteral("update t set CONTENT = '' where ID=5");
-    // content: row 5's afterwards; a zero byte ends the text.
+    // content: row 5's afterwards.
     const struct { QString sql; const unsigned char* bytes; int count; bool ok; QString content; } cases[] = {
         {"update t set CONTENT = 'a 'quoted'; where ID=6' where ID=5", oddBytes, int(odd.size()), true,
          QStringLiteral("a 'quoted'; drop table t; --\r\n\u00e9")},
-        {row5, zero, 1, true, "a"}, {row5, zero, 5, true, "ab"}, {row5, zero, 0, true, ""},
+        {row5, zero, 1, true, "a"}, {row5, zero, 0, true, ""},
         {"update t set CONTENT = 'x' where ID=2", zero, 1, false, ""},
         {"update t set NAME = 'x' where ID=5", zero, 1, false, ""},
         {"update t set CONTENT = 'x'", zero, 1, false, ""},
@@ -95,6 +95,12 @@ TEST_P(ComDBTest, UpdateBlobPlacesTheBytesOnlyInTheOneContentRowNamed)
         EXPECT_EQ(Value(QStringLiteral("select CONTENT from t where ID = 5")), c.content);
         EXPECT_EQ(Value(QStringLiteral("select CONTENT from t where ID = 6")), QStringLiteral("other"));
     }
+    // Every byte is kept, a zero byte too; a PostgreSQL text cannot hold one,
+    // so the call fails there rather than cut the text.
+    const bool sqlite = GetParam() == DbBackend::SQLite;
+    EXPECT_EQ(m_db->UpdateBlob(row5, zero, 5), sqlite);
+    EXPECT_EQ(Value(QStringLiteral("select CONTENT from t where ID = 5")),
+              sqlite ? QString::fromUtf16(u"ab\u0000cd", 5) : QString());
 }
 
 TEST_P(ComDBTest, RefusesCallsFromAnotherThread)

@@ -26,6 +26,7 @@ TEST(ConsoleUIServiceTest, WritesMessagesAndProgressToItsStreamAndAnswersFromSet
     ASSERT_NE(stream, nullptr);
     {
         CConsoleUIService console(stream);
+        console.SetTerminal(true);
         EXPECT_EQ(console.MessageBox(QStringLiteral("没有找到连接的数据库!"), QString(), 64), UIFunction::IDOK);
         EXPECT_EQ(console.MessageBox(QStringLiteral("继续?(Y/N)"), QString(), 4), UIFunction::IDNO);
         console.SetYesNoAnswer(UIFunction::IDYES);
@@ -40,5 +41,23 @@ TEST(ConsoleUIServiceTest, WritesMessagesAndProgressToItsStreamAndAnswersFromSet
     const QString out = QString::fromUtf8(buffer, qsizetype(size));
     std::free(buffer);
     EXPECT_TRUE(out.contains(QStringLiteral("没有找到连接的数据库!\n")));
-    EXPECT_TRUE(out.contains(QStringLiteral("[###############...............] 1/2 开始测试脚本:a.js\n")));
+    EXPECT_TRUE(out.contains(QStringLiteral("\r\033[K[###############...............] 1/2 开始测试脚本:a.js\n")));
+}
+
+TEST(ConsoleUIServiceTest, ProgressOffATerminalIsOnePlainLinePerText)
+{
+    char* buffer = nullptr;
+    size_t size = 0;
+    std::FILE* stream = open_memstream(&buffer, &size);
+    ASSERT_NE(stream, nullptr);
+    {
+        CConsoleUIService console(stream);
+        for (int pos : {0, 0, 1})
+            console.ProgressUpdate(pos ? QStringLiteral("b.js") : QStringLiteral("a.js"), pos, 2);
+        console.ProgressUpdate(QString(), 2, 2);
+        console.ProgressEnd();
+    }
+    std::fclose(stream);
+    EXPECT_EQ(QString::fromUtf8(buffer, qsizetype(size)), QStringLiteral("0/2 a.js\n1/2 b.js\n"));
+    std::free(buffer);
 }

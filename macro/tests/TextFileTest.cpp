@@ -1,7 +1,11 @@
+#include "CMacroParamFile.h"
+#include "QxMfcFun.h"
 #include "TextFile.h"
 #include "TestEnvironment.h"
 #include "UIFunction.h"
 
+#include <QDir>
+#include <functional>
 #include <sys/stat.h>
 
 using TextFileTest = TempHomeTest;
@@ -59,4 +63,41 @@ TEST_F(TextFileTest, UnreadableFileShowsMessageAndKeepsText)
         EXPECT_TRUE(Ui().calls[0].caption.isEmpty());
         EXPECT_EQ(Ui().calls[0].style, UIFunction::MB_OK);
     }
+}
+
+// A write that fails half-way (a full disk) leaves the old file as it was and
+// no temporary file beside it.
+TEST_F(TextFileTest, FailedWritesKeepTheOldFiles)
+{
+    const QString longText(4000, QLatin1Char('n'));
+    const QString folder = HomeFile("kept");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    const QString file = folder + QStringLiteral("/a.txt");
+    const QString script = folder + QStringLiteral("/a.js");
+    CArray<CMacroParam> params;
+    params.Add(CMacroParam(longText, QString(), QString()));
+    CMacroParamFile settings;
+    settings.SetFilePath(file);
+    const struct { const char* writer; std::function<bool()> write; bool result; QString kept; } cases[] = {
+        {"SaveFileContent", [&] { return QxMfc::Fun::SaveFileContent(file, longText); }, false, file},
+        {"WriteTextFile", [&] { return WriteTextFile(file, longText); }, false, file},
+        {"settings file", [&] { return settings.Save(params, {}, script, QStringLiteral("x")); }, false, file},
+        // The settings file fits; its script file does not, which Save does not report.
+        {"script file", [&] { return settings.Save({}, {}, script, longText); }, true, script},
+    };
+    const QByteArray old(1000, 'o');
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.writer);
+        ASSERT_TRUE(WriteBytes(file, old));
+        ASSERT_TRUE(WriteBytes(script, old));
+        bool result = !c.result;
+        {
+            FileSizeLimit limit(2000);
+            result = c.write();
+        }
+        EXPECT_EQ(result, c.result);
+        EXPECT_EQ(ReadBytes(c.kept), old);
+        EXPECT_EQ(QDir(folder).entryList(QDir::Files | QDir::Hidden).size(), 2);
+    }
+    EXPECT_EQ(settings.GetErrorText(), QStringLiteral("CMacroParamFile::Save保存出错"));
 }

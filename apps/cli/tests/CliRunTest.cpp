@@ -136,3 +136,45 @@ TEST_F(CliRunTest, CoverageIsTheSameFromOneJobAndFromAllCores)
         EXPECT_EQ(lcov, reference);
     }
 }
+
+// A case whose table cannot be read passes (the result file keeps that) but is
+// named as a warning, and fails under --strict. Output into a pipe holds no
+// control sequences; a failure names the line within the script.
+TEST_F(CliRunTest, UnreadableTablesWarnStrictFailsThemAndFailuresNameTheScriptLine)
+{
+    Seed();
+    const QString broken = "梁\\坏表.js";
+    AddScript(broken, "var a = 1;", "a = 1;", {"a"});
+    const QString caseFile = NativePath::Map(CTestCaseStore::ScriptFolder(broken)) + "one.tx";
+    ASSERT_TRUE(WriteBytes(caseFile, "a = 1;" + CTestCaseStore::kSeparator.toLatin1() + "<DataSet><broken"));
+    const QString junit = HomeFile("junit.xml");
+    const int cases = SampleCaseCount() + 1;
+
+    const Outcome warned = Run({"--junit", junit});
+    EXPECT_EQ(warned.exitCode, 0) << warned.err.toStdString();
+    EXPECT_EQ(Counts(warned), std::make_pair(cases, 0));
+    const QString warning = "warning: " + broken + " / one.tx: case table cannot be read, compared as empty";
+    EXPECT_TRUE(warned.err.contains(warning + "\n")) << warned.err.toStdString();
+    EXPECT_TRUE(warned.out.contains(QString("%1 passed, 0 failed\n1 warnings\n").arg(cases))) << warned.out.toStdString();
+    EXPECT_TRUE(warned.err.contains("开始测试脚本:"));
+    EXPECT_FALSE(warned.err.contains('\r') || warned.err.contains(QChar(0x1B)));
+    EXPECT_EQ(ResultLines(warned).filter("脚本(" + broken + ")检测测试(one.tx)发现错误:测试通过!").size(), 1);
+    QDomDocument doc;
+    ASSERT_TRUE(doc.setContent(ReadBytes(junit)));
+    EXPECT_TRUE(doc.toString().contains("<system-err>" + warning.toHtmlEscaped() + "</system-err>"));
+
+    const Outcome strict = Run({"--quiet", "--strict"});
+    EXPECT_EQ(strict.exitCode, 1);
+    EXPECT_EQ(Counts(strict), std::make_pair(cases - 1, 1));
+    EXPECT_TRUE(strict.out.contains("FAILED " + broken + " / one.tx: case table cannot be read")) << strict.out.toStdString();
+
+    // The runner's empty global script, the global functions and parameters
+    // take lines 1 to 3, the case line 4.
+    const QString faulty = "梁\\坏行.js";
+    AddScript(faulty, "var x = 1;\r\nvar y = ;", "a = 2;", {"x"});
+    const Outcome failed = Run({"--quiet", "--script", faulty});
+    EXPECT_EQ(failed.exitCode, 1);
+    EXPECT_TRUE(QRegularExpression("FAILED " + QRegularExpression::escape(faulty)
+                                   + " / one.tx: Error: .*; in line 6 \\(script line 2\\)\n")
+                    .match(failed.out).hasMatch()) << failed.out.toStdString();
+}

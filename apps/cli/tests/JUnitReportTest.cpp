@@ -38,9 +38,9 @@ TEST(JUnitReportTest, OneSuitePerScriptOneCasePerCaseAndTypedFailures)
     const QString a = QStringLiteral("梁\\a.js");
     const QString error = QStringLiteral("Error: SyntaxError: missing ; before statement; in line 12");
     CJUnitReport junit;
-    junit.Add(Report({{a, "c1.tx", true, "测试通过!", {}}, {a, "c2.tx", false, "计算结果不一致!", {{"L", "3", "3.0"}}}}), 0.5);
-    junit.Add(Report({{"b.js", QString(), false, "没有测试用例!", {}}}), 0.1);
-    junit.Add(Report({{"s", "c.tx", false, error, {}}}), 0);
+    junit.Add(Report({{a, "c1.tx", true, "测试通过!", {}, false, {}}, {a, "c2.tx", false, "计算结果不一致!", {{"L", "3", "3.0"}}, false, {}}}), 0.5);
+    junit.Add(Report({{"b.js", QString(), false, "没有测试用例!", {}, false, {}}}), 0.1);
+    junit.Add(Report({{"s", "c.tx", false, error, {}, false, {}}}), 0);
     EXPECT_EQ(junit.Tests(), 4);
     EXPECT_EQ(junit.Failures(), 3);
 
@@ -73,8 +73,8 @@ TEST(JUnitReportTest, ControlCharactersMarkupAndSurrogatesStayWellFormed)
     CJUnitReport junit;
     const QString nasty = QStringLiteral("a<b>&\"c\x01\x1f") + QChar(0xD800) + "]]>";
     const QString emoji = QString::fromUtf8("\xF0\x9F\x98\x80 𠀀");
-    junit.Add(Report({{nasty, nasty, false, nasty, {}}}), 0);
-    junit.Add(Report({{emoji, "c", true, "ok", {}}}), 0);
+    junit.Add(Report({{nasty, nasty, false, nasty, {}, false, {}}}), 0);
+    junit.Add(Report({{emoji, "c", true, "ok", {}, false, {}}}), 0);
     const QDomElement root = Root(junit);
     const QDomElement testCase = Nth(root, "testcase", 0);
     const QString kept = "a<b>&\"c" + QString(3, QChar(0xFFFD)) + "]]>";

@@ -26,3 +26,18 @@ private:
     QTemporaryDir m_dir;
     std::shared_ptr<CRecordingUIService> m_ui;
 };
+
+// While it lives, writing a file past `bytes` fails with EFBIG, as on a full
+// disk (the soft file-size limit of the process, its signal ignored).
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(long bytes);
+    ~FileSizeLimit();
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    unsigned long m_previous = 0;
+    void (*m_previousHandler)(int) = nullptr;
+};
