@@ -46,7 +46,11 @@ CJsEngine& CJsEngine::Instance()
 CJsEngine::CJsEngine()
 {
     JS::SetProcessBuildIdOp(BuildId);
-    m_initialized = JS_Init();
+    // A host may hold a second copy of this engine (its own, and the one in
+    // the library it loads): SpiderMonkey is set up once per process, and
+    // shut down only by the copy that set it up.
+    m_ownsInit = !JS_IsInitialized();
+    m_initialized = m_ownsInit ? JS_Init() : true;
     m_watchdog = new CJsWatchdog;
 }
 
@@ -57,7 +61,7 @@ CJsEngine::~CJsEngine()
     std::lock_guard<std::mutex> guard(m_lock);
     // A thread still holding a context at exit keeps the engine up; the
     // process ends anyway and shutting down under it would be worse.
-    if (m_initialized && m_liveContexts == 0)
+    if (m_initialized && m_ownsInit && m_liveContexts == 0)
         JS_ShutDown();
     m_initialized = false;
 }

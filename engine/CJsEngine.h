@@ -42,6 +42,7 @@ private:
     bool InitSelfHosted(JSContext* cx);
 
     bool m_initialized = false;
+    bool m_ownsInit = false;
     std::mutex m_lock;
     int m_liveContexts = 0;
     std::vector<std::uint8_t> m_selfHostedCache;

@@ -1,0 +1,69 @@
+#include "CHostMainWindow.h"
+#include "CSampleDataSeeder.h"
+#include "CVelmoraLibrary.h"
+#include "TestEnvironment.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QSignalSpy>
+#include <QTableWidget>
+
+#include <dlfcn.h>
+
+class CHostMainWindowTest : public TempHomeTest
+{
+protected:
+    QAction* Action(CHostMainWindow& window, const char* id)
+    {
+        return window.findChild<QAction*>(QString::fromLatin1(id));
+    }
+};
+
+TEST_F(CHostMainWindowTest, MissingEntryPointsAreReportedAndTheirMenuEntriesOff)
+{
+    CVelmoraLibrary library;
+    library.Load(QStringLiteral(VELMORA_FAKE_PARTIAL));
+    CHostMainWindow window(library);
+    window.ReportLibrary();
+    EXPECT_EQ(Ui().MessageTexts(), QStringList{library.Error()});
+    EXPECT_FALSE(Action(window, "actionScriptTest")->isEnabled());
+    ASSERT_TRUE(Action(window, "actionWorkbench")->isEnabled());
+
+    auto calls = reinterpret_cast<int (*)()>(
+        dlsym(dlopen(VELMORA_FAKE_PARTIAL, RTLD_NOW | RTLD_NOLOAD), "FakeDomodleCalls"));
+    ASSERT_NE(calls, nullptr);
+    const int before = calls();
+    Action(window, "actionWorkbench")->trigger();
+    EXPECT_EQ(calls(), before + 1);
+}
+
+TEST_F(CHostMainWindowTest, ComputeFillsTheTableOnAWorkerThread)
+{
+    CSampleDataSeeder seeder;
+    ASSERT_TRUE(seeder.SeedIfNeeded());
+    CVelmoraLibrary library;
+    library.Load(QStringLiteral(VELMORA_FAKE_FULL));
+    CHostMainWindow window(library);
+    QSignalSpy finished(&window, &CHostMainWindow::computeFinished);
+    Action(window, "actionCompute")->trigger();
+    EXPECT_TRUE(window.IsComputing());
+    EXPECT_FALSE(Action(window, "actionCompute")->isEnabled());
+    ASSERT_TRUE(finished.wait(60000));
+    EXPECT_TRUE(Action(window, "actionCompute")->isEnabled());
+    EXPECT_TRUE(Ui().MessageTexts().isEmpty()) << Ui().MessageTexts().join('\n').toStdString();
+
+    auto* table = window.findChild<QTableWidget*>(QStringLiteral("resultTable"));
+    ASSERT_NE(table, nullptr);
+    const int last = table->rowCount() - 1;
+    ASSERT_GT(last, 0);
+    double sum = 0;
+    for (int row = 0; row < last; ++row) {
+        EXPECT_TRUE(table->item(row, 5)->text().isEmpty()) << table->item(row, 5)->text().toStdString();
+        sum += table->item(row, 4)->text().toDouble();
+    }
+    EXPECT_EQ(table->item(last, 0)->text(), QStringLiteral("合计"));
+    EXPECT_NEAR(table->item(last, 4)->text().toDouble(), sum, 0.01 * last);
+    EXPECT_TRUE(window.findChild<QLabel*>(QStringLiteral("summary"))
+                    ->text()
+                    .startsWith(QStringLiteral("7个构件, 钢筋总重%1kg").arg(table->item(last, 4)->text())));
+}

@@ -1,0 +1,184 @@
+#include "CDBFactory.h"
+#include "CDataServiceAbsolute.h"
+#include "CDiagnosticLog.h"
+#include "CProjectCalcService.h"
+#include "CSampleDataSeeder.h"
+#include "CTestCaseStore.h"
+#include "CodePage.h"
+#include "NativePath.h"
+#include "TestEnvironment.h"
+
+#include <cmath>
+#include <dlfcn.h>
+#include <functional>
+#include <thread>
+
+namespace {
+
+QString ReadLog(const QString& path)
+{
+    QFile file(NativePath::Map(path));
+    return file.open(QIODevice::ReadOnly) ? CodePage::ToUnicode(file.readAll()) : QString();
+}
+
+const CProjectCalcService::Result* Find(const CProjectCalcService& service, const QString& member,
+                                        const QString& script)
+{
+    for (const CProjectCalcService::Result& result : service.Results())
+        if (result.member == member && result.script == script)
+            return &result;
+    return nullptr;
+}
+
+bool Sql(const QString& sql, const QVariantList& params)
+{
+    return CDBFactory::GetSingle(CDBFactory::kSystemDatabase)->ExecuteBound(sql, params);
+}
+
+} // namespace
+
+class CProjectCalcServiceTest : public TempHomeTest
+{
+protected:
+    void SetUp() override
+    {
+        TempHomeTest::SetUp();
+        CSampleDataSeeder seeder;
+        ASSERT_TRUE(seeder.SeedIfNeeded()) << seeder.Error().toStdString();
+    }
+};
+
+TEST_F(CProjectCalcServiceTest, ComputesTheSampleProjectAndRecordsTheRunForTheScriptList)
+{
+    // An earlier record without a final line break: the run line starts a line anyway.
+    ASSERT_TRUE(WriteBytes(NativePath::Map(CDiagnosticLog::MacroListLogPath()), "old.js:x"));
+    CProjectCalcService service;
+    ASSERT_TRUE(service.Run()) << service.Error().toStdString();
+    EXPECT_EQ(service.MemberCount(), 7);
+    EXPECT_EQ(service.FailureCount(), 0);
+
+    // The column's lap length comes from its own anchorage length (d = 25), not
+    // from the script's global default.
+    const double la = std::ceil(0.14 * 360 / 1.43 * 25);
+    const double ll = std::ceil(1.4 * la);
+    const auto* bars = Find(service, QStringLiteral("KZ1"), QStringLiteral("柱\\柱纵筋长度.js"));
+    ASSERT_NE(bars, nullptr);
+    EXPECT_TRUE(bars->quantities.startsWith(QStringLiteral("L=%1, W=").arg(3000 + ll))) << bars->quantities.toStdString();
+
+    double sum = 0;
+    for (const CProjectCalcService::Result& result : service.Results())
+        sum += result.weight;
+    EXPECT_GT(sum, 0);
+    EXPECT_DOUBLE_EQ(service.TotalWeight(), sum);
+
+    CArray<QString> lines;
+    ASSERT_TRUE(CTestCaseStore::ReadLastRunScripts(lines));
+    QStringList listed;
+    for (const QString& line : lines)
+        listed.append(line);
+    listed.sort();
+    const QStringList expected = {
+        QStringLiteral("板\\板分布筋.js:板"),           QStringLiteral("柱\\柱纵筋长度.js:柱"),
+        QStringLiteral("梁\\弯起钢筋长度.js:梁"),       QStringLiteral("梁\\矩形箍筋下料长度.js:通用"),
+        QStringLiteral("通用脚本\\受拉钢筋锚固长度.js:通用"), QStringLiteral("通用脚本\\纵向受拉钢筋搭接长度.js:柱"),
+        QStringLiteral("通用脚本\\钢筋每米重量.js:通用"),
+    };
+    QStringList sortedExpected = expected;
+    sortedExpected.sort();
+    EXPECT_EQ(listed, sortedExpected);
+    const QString macroList = ReadLog(CDiagnosticLog::MacroListLogPath());
+    EXPECT_TRUE(macroList.startsWith(QStringLiteral("old.js:x\r\n") + QString(29, QLatin1Char('*')) + QStringLiteral("\r\n")));
+    EXPECT_TRUE(macroList.contains(QStringLiteral("\r\n图形法脚本\\圆形箍筋长度.js:NotExecute\r\n")));
+    EXPECT_TRUE(ReadLog(CDiagnosticLog::CalAnalyseLogPath())
+                    .contains(QStringLiteral("计算完成: 7个构件, 0次出错, 钢筋总重%1kg").arg(sum, 0, 'f', 2)));
+}
+
+TEST_F(CProjectCalcServiceTest, ABadScriptUseIsAnErrorRowAndTheRunGoesOn)
+{
+    CSampleProject project;
+    ASSERT_TRUE(project.Load());
+    ASSERT_TRUE(Sql(QStringLiteral("insert into Macros (key_ch, content) values (?, ?)"),
+                    {QStringLiteral("梁\\语法错误.js"), QStringLiteral("var L = ;")}));
+    struct Row
+    {
+        const char16_t* key;
+        const char* inputs;
+        const char* weight;
+        const char16_t* error;
+    } rows[] = {
+        {u"梁\\没有的脚本.js", "d=d", "", u"系统数据库中没有此脚本"},
+        {u"梁\\弯起钢筋长度.js", "d=nosuch", "", u"缺少输入参数nosuch"},
+        {u"梁\\语法错误.js", "d=d", "", u"Error: "},
+        {u"梁\\弯起钢筋长度.js", "d=d", "L * nosuch", u"钢筋重量无法计算(L * nosuch): 参数不存在!"},
+    };
+    int seq = 100;
+    for (const Row& row : rows)
+        ASSERT_TRUE(Sql(QStringLiteral("insert into MemberScripts (kind, seq, key_ch, inputs, outputs, weight) "
+                                       "values (?, ?, ?, ?, ?, ?)"),
+                        {QStringLiteral("梁"), ++seq, QString::fromUtf16(row.key), QString::fromLatin1(row.inputs),
+                         QStringLiteral("L"), QString::fromLatin1(row.weight)}));
+    CProjectCalcService service;
+    ASSERT_TRUE(service.Run());
+    QStringList errors;
+    for (const CProjectCalcService::Result& result : service.Results())
+        if (result.member == QStringLiteral("KL1") && !result.error.isEmpty())
+            errors.append(result.error);
+    ASSERT_EQ(errors.size(), std::size(rows));
+    for (int i = 0; i < errors.size(); ++i)
+        EXPECT_TRUE(errors.at(i).startsWith(QString::fromUtf16(rows[i].error))) << errors.at(i).toStdString();
+    EXPECT_EQ(service.FailureCount(), 3 * 4); // three beams
+    EXPECT_EQ(service.MemberCount(), 7);
+}
+
+TEST_F(CProjectCalcServiceTest, StopEndsTheRunAfterTheCurrentMember)
+{
+    std::atomic<bool> stop{false};
+    CProjectCalcService service;
+    ASSERT_TRUE(service.Run([&stop](int, int) { stop = true; }, &stop));
+    EXPECT_TRUE(service.Stopped());
+    EXPECT_EQ(service.MemberCount(), 1);
+    for (const CProjectCalcService::Result& result : service.Results())
+        EXPECT_EQ(result.member, service.Results().first().member);
+    EXPECT_TRUE(ReadLog(CDiagnosticLog::CalAnalyseLogPath()).contains(QStringLiteral("计算中止: 1个构件")));
+}
+
+TEST_F(CProjectCalcServiceTest, ProjectIsSeededOnceAndKeepsAddedMembers)
+{
+    CSampleProject project;
+    ASSERT_TRUE(project.Load());
+    EXPECT_TRUE(project.Seeded());
+    const QList<CSampleProject::Member> extra = {CSampleProject::SampleMembers().first()};
+    ASSERT_TRUE(project.AddMembers(extra));
+    EXPECT_FALSE(project.Seeded());
+    ASSERT_EQ(project.Members().size(), CSampleProject::SampleMembers().size() + 1);
+    EXPECT_EQ(project.Members().last().values, extra.first().values);
+    EXPECT_EQ(project.UsesOf(QStringLiteral("柱")).first().inputs,
+              (QList<QPair<QString, QString>>{{QStringLiteral("d"), QStringLiteral("d")}}));
+
+    using Inputs = QList<QPair<QString, QString>>;
+    EXPECT_EQ(CSampleProject::ParseInputs(QStringLiteral(" a = b ;c=1.5;bad;=x;y=;p=q=r;")),
+              (Inputs{{QStringLiteral("a"), QStringLiteral("b")}, {QStringLiteral("c"), QStringLiteral("1.5")}}));
+}
+
+// The host computes with its own engine while the loaded library runs scripts
+// with its copy; each on threads of their own (a thread holds one context).
+TEST_F(CProjectCalcServiceTest, RunsBesideALibraryWithItsOwnEngineCopy)
+{
+    void* library = dlopen(VELMORA_FAKE_ENGINE, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(library, nullptr) << dlerror();
+    auto answer = reinterpret_cast<int (*)()>(dlsym(library, "FakeEngineAnswer"));
+    ASSERT_NE(answer, nullptr);
+    auto onThread = [](const std::function<int()>& work) {
+        int result = 0;
+        std::thread([&] { result = work(); }).join();
+        return result;
+    };
+    auto compute = [] {
+        CProjectCalcService service;
+        return service.Run() && service.FailureCount() == 0 ? 1 : 0;
+    };
+    EXPECT_EQ(onThread(answer), 42);
+    EXPECT_EQ(onThread(compute), 1);
+    EXPECT_EQ(onThread(answer), 42);
+    EXPECT_EQ(onThread(compute), 1);
+}

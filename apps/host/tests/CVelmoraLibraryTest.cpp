@@ -1,0 +1,72 @@
+#include "CVelmoraLibrary.h"
+
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+
+namespace {
+
+template <typename T>
+T FakeFunction(const char* path, const char* name)
+{
+    return reinterpret_cast<T>(dlsym(dlopen(path, RTLD_NOW | RTLD_NOLOAD), name));
+}
+
+} // namespace
+
+TEST(CVelmoraLibraryTest, SaysWhatIsMissing)
+{
+    QTemporaryDir dir;
+    const QString notElf = dir.filePath(QStringLiteral("libvelmora.so"));
+    QFile file(notElf);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("not a library") > 0);
+    file.close();
+    const QString absent = dir.filePath(QStringLiteral("absent/libvelmora.so"));
+    const QString partial = QStringLiteral(VELMORA_FAKE_PARTIAL);
+    struct Case
+    {
+        QString path;
+        QString errorStart;
+        QStringList missing;
+        bool workbench;
+    } cases[] = {
+        {absent, QStringLiteral("不存在文件:") + absent, {}, false},
+        {notElf, QStringLiteral("无法加载脚本工作台库:") + notElf + QLatin1Char('\n'), {}, false},
+        {partial, QStringLiteral("脚本工作台库%1中缺少入口:\n").arg(partial),
+         {QStringLiteral("CCeateDialog::Release (_ZN12CCeateDialog7ReleaseEv)"),
+          QStringLiteral("CVelmoraExport::DoJaveScriptTest (_ZN14CVelmoraExport16DoJaveScriptTestEv)")},
+         true},
+    };
+    for (const Case& c : cases) {
+        CVelmoraLibrary library;
+        EXPECT_FALSE(library.Load(c.path));
+        EXPECT_TRUE(library.Error().startsWith(c.errorStart)) << library.Error().toStdString();
+        EXPECT_EQ(library.Missing(), c.missing);
+        EXPECT_TRUE(library.Error().endsWith(c.missing.join(QLatin1Char('\n'))));
+        EXPECT_EQ(library.HasWorkbench(), c.workbench);
+        EXPECT_FALSE(library.HasScriptTest());
+        EXPECT_EQ(library.RunScriptTest(), -1);
+        EXPECT_FALSE(library.ReleaseWorkbench());
+    }
+}
+
+TEST(CVelmoraLibraryTest, CallsTheEntryPointsOfAFullLibrary)
+{
+    EXPECT_EQ(CVelmoraLibrary::Locate(QStringLiteral("/opt/app"), QString()), QStringLiteral("/opt/app/libvelmora.so"));
+    EXPECT_EQ(CVelmoraLibrary::Locate(QStringLiteral("/opt/app"), QStringLiteral("/x/lib.so")), QStringLiteral("/x/lib.so"));
+
+    CVelmoraLibrary library;
+    ASSERT_TRUE(library.Load(QStringLiteral(VELMORA_FAKE_FULL))) << library.Error().toStdString();
+    EXPECT_TRUE(library.Error().isEmpty());
+    auto calls = FakeFunction<int (*)()>(VELMORA_FAKE_FULL, "FakeDomodleCalls");
+    auto onInstance = FakeFunction<bool (*)()>(VELMORA_FAKE_FULL, "FakeDomodleOnInstance");
+    ASSERT_TRUE(calls && onInstance);
+    const int before = calls();
+    EXPECT_TRUE(library.OpenWorkbench());
+    EXPECT_EQ(calls(), before + 1);
+    EXPECT_TRUE(onInstance()); // Domodle ran on the object Instance gave
+    EXPECT_EQ(library.RunScriptTest(), 42);
+    EXPECT_TRUE(library.ReleaseWorkbench());
+    EXPECT_FALSE(onInstance());
+}

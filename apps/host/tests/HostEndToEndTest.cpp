@@ -1,0 +1,216 @@
+// The host as a user meets it, on real windows (xcb under Xvfb): the window
+// loads the built libvelmora.so with dlopen, computes the sample project, and
+// opens the workbench and the script test of the library. Each step leaves a
+// screenshot under build/screenshots/.
+#include "CDiagnosticLog.h"
+#include "CHostMainWindow.h"
+#include "CRecordingUIService.h"
+#include "CSampleDataSeeder.h"
+#include "CTestCaseStore.h"
+#include "CUIServices.h"
+#include "CDBFactory.h"
+#include "CDataServiceAbsolute.h"
+#include "CVelmoraLibrary.h"
+#include "CodePage.h"
+#include "HostContext.h"
+#include "NativePath.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTimer>
+#include <Qsci/qsciscintilla.h>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTableWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+QString ReadLog(const QString& path)
+{
+    QFile file(NativePath::Map(path));
+    return file.open(QIODevice::ReadOnly) ? CodePage::ToUnicode(file.readAll()) : QString();
+}
+
+QList<QWidget*> WorkbenchWindows()
+{
+    QList<QWidget*> windows;
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (window->objectName() == QStringLiteral("102") && window->isVisible())
+            windows.append(window);
+    return windows;
+}
+
+QStringList Column(QTableWidget* list, int column)
+{
+    QStringList cells;
+    for (int row = 0; row < list->rowCount(); ++row)
+        cells.append(list->item(row, column) ? list->item(row, column)->text() : QString());
+    return cells;
+}
+
+QList<QVariantList> Rows(const QString& sql, const QVariantList& params)
+{
+    QList<QVariantList> rows;
+    CDBFactory::GetSingle(CDBFactory::kSystemDatabase)->Query(sql, params, rows);
+    return rows;
+}
+
+} // namespace
+
+class HostEndToEndTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(m_home.isValid());
+        // The library reads its host context from the environment, as the host's does.
+        qputenv("VELMORA_HOME", QFile::encodeName(m_home.path()));
+        HostContext::Instance().LoadFromEnvironment();
+        ASSERT_TRUE(HostContext::Instance().EnsureFolders());
+        CUIServices::Install(m_ui);
+        CSampleDataSeeder seeder;
+        ASSERT_TRUE(seeder.SeedIfNeeded()) << seeder.Error().toStdString();
+        QDir().mkpath(QStringLiteral(VELMORA_SCREENSHOT_DIR));
+    }
+    void TearDown() override { CUIServices::Install(nullptr); }
+
+    // The whole screen, so that windows of the library are in the picture too.
+    static void Shot(const QString& name)
+    {
+        QCoreApplication::processEvents();
+        QTest::qWait(200);
+        QScreen* display = QGuiApplication::primaryScreen();
+        const QRect all = display->geometry();
+        const QPixmap screen = display->grabWindow(0, all.x(), all.y(), all.width(), all.height());
+        EXPECT_TRUE(screen.save(QStringLiteral(VELMORA_SCREENSHOT_DIR "/%1.png").arg(name))) << name.toStdString();
+    }
+    static QAction* Action(QWidget& window, const char* id)
+    {
+        return window.findChild<QAction*>(QString::fromLatin1(id));
+    }
+
+    // Answers the library's modal windows as a user would: message boxes are
+    // read and closed, "宏设置" gets a macro name and OK.
+    void WatchModals()
+    {
+        m_watcher.setInterval(100);
+        QObject::connect(&m_watcher, &QTimer::timeout, [this] {
+            QWidget* modal = QApplication::activeModalWidget();
+            if (!modal || m_answering)
+                return;
+            m_answering = true;
+            if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+                m_boxes.append(box->text());
+                Shot(QStringLiteral("%1-message").arg(m_boxes.size() + 3, 2, 10, QLatin1Char('0')));
+                box->accept();
+            } else if (modal->objectName() == QStringLiteral("139")) {
+                modal->findChild<QLineEdit*>(QStringLiteral("1017"))->setText(kMacroName);
+                Shot(QStringLiteral("05-macro-dialog"));
+                modal->findChild<QAbstractButton*>(QStringLiteral("1"))->click();
+            }
+            m_answering = false;
+        });
+        m_watcher.start();
+    }
+
+    static inline const QString kMacroName = QStringLiteral("锚固长度(端到端)");
+    QTimer m_watcher;
+    bool m_answering = false;
+    QStringList m_boxes;
+
+    QTemporaryDir m_home;
+    std::shared_ptr<CRecordingUIService> m_ui = std::make_shared<CRecordingUIService>();
+};
+
+TEST_F(HostEndToEndTest, ComputeThenWorkbenchThenScriptTest)
+{
+    CVelmoraLibrary library;
+    library.Load(QStringLiteral(VELMORA_E2E_LIBRARY));
+    ASSERT_TRUE(library.HasWorkbench()) << library.Error().toStdString();
+    CHostMainWindow window(library);
+    window.move(0, 0);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+
+    // 1. "计算": the table, the analysis log and the run record of the script list.
+    QSignalSpy finished(&window, &CHostMainWindow::computeFinished);
+    Action(window, "actionCompute")->trigger();
+    ASSERT_TRUE(finished.wait(60000));
+    EXPECT_TRUE(m_ui->MessageTexts().isEmpty()) << m_ui->MessageTexts().join('\n').toStdString();
+    auto* table = window.findChild<QTableWidget*>(QStringLiteral("resultTable"));
+    ASSERT_GT(table->rowCount(), 1);
+    EXPECT_EQ(table->item(table->rowCount() - 1, 0)->text(), QStringLiteral("合计"));
+    EXPECT_TRUE(ReadLog(CDiagnosticLog::CalAnalyseLogPath()).contains(QStringLiteral("计算完成: 7个构件, 0次出错")));
+    CArray<QString> lastRun;
+    ASSERT_TRUE(CTestCaseStore::ReadLastRunScripts(lastRun));
+    EXPECT_EQ(lastRun.GetSize(), 7);
+    Shot(QStringLiteral("01-host-computed"));
+    EXPECT_TRUE(window.grab().save(QStringLiteral(VELMORA_SCREENSHOT_DIR "/host-main-window.png")));
+
+    // 2. The workbench twice: one window, whose script list is the run just made.
+    WatchModals();
+    Action(window, "actionWorkbench")->trigger();
+    Action(window, "actionWorkbench")->trigger();
+    ASSERT_EQ(WorkbenchWindows().size(), 1);
+    QWidget* workbench = WorkbenchWindows().first();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(workbench));
+    auto* scripts = workbench->findChild<QTableWidget*>(QStringLiteral("1001"));
+    auto* params = workbench->findChild<QTableWidget*>(QStringLiteral("1005"));
+    auto* editor = workbench->findChild<QsciScintilla*>(QStringLiteral("1003"));
+    ASSERT_TRUE(scripts && params && editor);
+    QStringList lastRunNames;
+    for (const QString& line : lastRun)
+        lastRunNames.append(line.section(QLatin1Char(':'), 0, 0));
+    EXPECT_EQ(Column(scripts, 1), lastRunNames);
+    Shot(QStringLiteral("02-workbench"));
+
+    // 3. Choosing a row loads and runs the script; alone it lacks its inputs.
+    const QString key = QStringLiteral("通用脚本\\受拉钢筋锚固长度.js");
+    const int row = int(Column(scripts, 1).indexOf(key));
+    ASSERT_GE(row, 0);
+    scripts->setFocus();
+    scripts->setCurrentCell(row, 1);
+    QTest::keyClick(scripts, Qt::Key_Return);
+    QTRY_COMPARE_WITH_TIMEOUT(m_boxes.size(), 1, 10000);
+    EXPECT_TRUE(m_boxes.first().startsWith(QStringLiteral("Error: "))) << m_boxes.first().toStdString();
+    EXPECT_TRUE(editor->text().contains(QStringLiteral("var la = ")));
+
+    // 4. With its inputs declared and its outputs listed, the run fills the pane.
+    editor->setText(QStringLiteral("var d = 25, fy = 360, ft = 1.43, alpha = 0.14, zetaA = 1.0;\r\n") + editor->text());
+    params->setRowCount(2);
+    params->setItem(0, 0, new QTableWidgetItem(QStringLiteral("lab")));
+    params->setItem(1, 0, new QTableWidgetItem(QStringLiteral("la")));
+    Action(*workbench, "32778")->trigger();
+    EXPECT_EQ(m_boxes.size(), 1) << m_boxes.join('\n').toStdString();
+    EXPECT_EQ(Column(params, 0), (QStringList{QStringLiteral("lab"), QStringLiteral("la")}));
+    EXPECT_EQ(Column(params, 1), (QStringList{QStringLiteral("882"), QStringLiteral("882")}));
+    Shot(QStringLiteral("03-workbench-run"));
+
+    // 5. Saved to the system database under the name given in "宏设置".
+    Action(*workbench, "32787")->trigger();
+    const QList<QVariantList> macros =
+        Rows(QStringLiteral("select ID, CONTENT from SC_MACRO_DEFINE where NAME = ?"), {kMacroName});
+    ASSERT_EQ(macros.size(), 1);
+    // The store keeps the script as the low byte of each character.
+    QString lowBytes = editor->text();
+    for (QChar& c : lowBytes)
+        c = QChar(c.unicode() & 0xFF);
+    EXPECT_EQ(macros.first().value(1).toString(), lowBytes);
+    const QList<QVariantList> stored = Rows(
+        QStringLiteral("select NAME, VALUE from SC_MACROPARAM where MACROID = ? order by ID"), {macros.first().value(0)});
+    EXPECT_EQ(stored, (QList<QVariantList>{{QStringLiteral("lab"), QStringLiteral("882")},
+                                           {QStringLiteral("la"), QStringLiteral("882")}}));
+
+    // 6. Release leaves the workbench open.
+    EXPECT_TRUE(library.ReleaseWorkbench());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(WorkbenchWindows(), QList<QWidget*>{workbench});
+    m_watcher.stop();
+}
