@@ -6,6 +6,7 @@
 #include "CHostMainWindow.h"
 #include "CRecordingUIService.h"
 #include "CSampleDataSeeder.h"
+#include "CSampleScripts.h"
 #include "CTestCaseStore.h"
 #include "CUIServices.h"
 #include "CDBFactory.h"
@@ -110,6 +111,9 @@ protected:
                 m_boxes.append(box->text());
                 Shot(QStringLiteral("%1-message").arg(m_boxes.size() + 3, 2, 10, QLatin1Char('0')));
                 box->accept();
+            } else if (modal->objectName() == QStringLiteral("1016")) {
+                Shot(QStringLiteral("06-script-test"));
+                modal->findChild<QAbstractButton*>(QStringLiteral("1006"))->click();
             } else if (modal->objectName() == QStringLiteral("139")) {
                 modal->findChild<QLineEdit*>(QStringLiteral("1017"))->setText(kMacroName);
                 Shot(QStringLiteral("05-macro-dialog"));
@@ -132,8 +136,7 @@ protected:
 TEST_F(HostEndToEndTest, ComputeThenWorkbenchThenScriptTest)
 {
     CVelmoraLibrary library;
-    library.Load(QStringLiteral(VELMORA_E2E_LIBRARY));
-    ASSERT_TRUE(library.HasWorkbench()) << library.Error().toStdString();
+    ASSERT_TRUE(library.Load(QStringLiteral(VELMORA_E2E_LIBRARY))) << library.Error().toStdString();
     CHostMainWindow window(library);
     window.move(0, 0);
     window.show();
@@ -212,5 +215,21 @@ TEST_F(HostEndToEndTest, ComputeThenWorkbenchThenScriptTest)
     EXPECT_TRUE(library.ReleaseWorkbench());
     QCoreApplication::processEvents();
     EXPECT_EQ(WorkbenchWindows(), QList<QWidget*>{workbench});
+
+    // 7. The script test, "测试所有脚本": every sample case passes, into one result file.
+    Action(window, "actionScriptTest")->trigger();
     m_watcher.stop();
+    EXPECT_EQ(m_boxes.size(), 1) << m_boxes.join('\n').toStdString();
+    const QStringList results = QDir(HostContext::Instance().DriveRoot(QLatin1Char('c')))
+                                    .entryList({QStringLiteral("测试脚本结果*.txt")}, QDir::Files);
+    ASSERT_EQ(results.size(), 1);
+    const QString resultText =
+        ReadLog(HostContext::Instance().DriveRoot(QLatin1Char('c')) + QLatin1Char('/') + results.first());
+    CSampleScripts samples;
+    ASSERT_TRUE(samples.LoadBuiltIn());
+    int cases = 0;
+    for (const CSampleScripts::Script& script : samples.Scripts())
+        cases += int(script.cases.size());
+    EXPECT_EQ(int(resultText.count(QStringLiteral("发现错误:测试通过!"))), cases);
+    EXPECT_FALSE(resultText.contains(QStringLiteral("计算结果不一致!")));
 }
