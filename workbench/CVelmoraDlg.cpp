@@ -411,26 +411,6 @@ void CVelmoraDlg::OpenMacro(const CMacro& macro)
     ShowParams();
 }
 
-QStringList CVelmoraDlg::ImportComboEntries(const QString& scriptName)
-{
-    CArray<QString> names;
-    if (Fun::SplitCString(scriptName, QStringLiteral("|"), names) < 1)
-        return {};
-    const QString path = names[0];
-    CArray<QString> pieces;
-    Fun::SplitCString(path, QStringLiteral("\\"), pieces);
-    QStringList entries;
-    for (int i = 0; i < pieces.GetSize(); ++i)
-        entries << (i == 0 ? path : pieces[0] + QLatin1Char('\\') + pieces[i]);
-    return entries;
-}
-
-QString CVelmoraDlg::ImportDatabasePath()
-{
-    QString path = CConnectManager::Instance()->GetFileDir(CQxDataBase::SysDataBase);
-    return path.replace(QStringLiteral(".qxcd"), QStringLiteral(".mdb"));
-}
-
 void CVelmoraDlg::closeEvent(QCloseEvent* event)
 {
     const QString sysData = Fun::GetSysDataPath();

@@ -54,11 +54,6 @@ public:
     // The import dialog's window (null while closed) and its fill step.
     CJSDialog& ImportDialog() { return m_jsDialog; }
     void FillImportDialog();
-    // Combo entries for a chosen script name: its path, then the first path
-    // component joined with each further component.
-    static QStringList ImportComboEntries(const QString& scriptName);
-    // The system database path with ".qxcd" read as ".mdb".
-    static QString ImportDatabasePath();
 
     // The import dialog's view of the workbench.
     QString GetChosenScriptName() const override;

@@ -240,11 +240,4 @@ TEST_F(CVelmoraDlgTest, EscapeDoesNotCloseAndClosingClearsTheLogs)
     EXPECT_FALSE(Window()->OnCommand(32778));
 }
 
-TEST(CVelmoraDlgImportTest, ComboEntriesJoinTheFirstComponentWithEachPiece)
-{
-    EXPECT_EQ(CVelmoraDlg::ImportComboEntries(QStringLiteral("梁\\箍筋\\a.js|x")),
-              (QStringList{QStringLiteral("梁\\箍筋\\a.js"), QStringLiteral("梁\\箍筋"), QStringLiteral("梁\\a.js")}));
-    EXPECT_EQ(CVelmoraDlg::ImportComboEntries(QString()), QStringList{QString()});
-}
-
 } // namespace
