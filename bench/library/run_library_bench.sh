@@ -8,20 +8,16 @@
 #   bench/library/run_library_bench.sh      (VELMORA_BUILD_DIR, SCRIPTS, CASES)
 set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
-root="$(cd "$here/../.." && pwd)"
-build="${VELMORA_BUILD_DIR:-$root/build}"
+. "$here/../bench_env.sh"
 bin="$build/apps/cli/velmora-test"
 seed="$build/bench/suite/velmora-suite-seed"
 SCRIPTS="${SCRIPTS:-2}" CASES="${CASES:-20}"
-for f in "$bin" "$seed"; do
-  [ -x "$f" ] || { echo "missing $f: build first (scripts/build.sh)" >&2; exit 2; }
-done
+bench_need "$bin" "$seed"
 lib="$here/node_modules/lodash/lodash.js"
 if [ ! -f "$lib" ]; then
   (cd "$here" && npm install --no-save --no-audit --no-fund --loglevel=error lodash@4.17.21 >/dev/null)
 fi
-work="$(mktemp -d)"
-trap 'rm -rf "$work"' EXIT
+bench_scratch
 node "$here/gen_library_suite.js" "$lib" "$work/suite" "$SCRIPTS" "$CASES"
 mkdir -p "$work/suite/home"
 "$seed" "$work/suite/home" "$work/suite/suite.json" "$work/suite/GlobalFun.js" >/dev/null

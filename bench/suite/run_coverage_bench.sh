@@ -6,17 +6,13 @@
 # coverage code) the plain runs are compared with that binary as well.
 set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
-root="$(cd "$here/../.." && pwd)"
-build="${VELMORA_BUILD_DIR:-$root/build}"
+. "$here/../bench_env.sh"
 bin="$build/apps/cli/velmora-test"
 seed="$build/bench/suite/velmora-suite-seed"
 SCRIPTS="${SCRIPTS:-50}" CASES="${CASES:-20}" LINES="${LINES:-2000}" RUNS="${RUNS:-3}" BASELINE="${BASELINE:-}"
 cores="$(nproc)"
-for f in "$bin" "$seed"; do
-  [ -x "$f" ] || { echo "missing $f: build first (scripts/build.sh)" >&2; exit 2; }
-done
-work="$(mktemp -d)"
-trap 'rm -rf "$work"' EXIT
+bench_need "$bin" "$seed"
+bench_scratch
 node "$here/gen_suite.js" "$work/suite" "$SCRIPTS" "$CASES" "$LINES" >/dev/null
 mkdir -p "$work/home"
 "$seed" "$work/home" "$work/suite/suite.json" "$work/suite/GlobalFun.js"

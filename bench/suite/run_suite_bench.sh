@@ -8,17 +8,13 @@
 # SUITE=0 to run only that.
 set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
-root="$(cd "$here/../.." && pwd)"
-build="${VELMORA_BUILD_DIR:-$root/build}"
+. "$here/../bench_env.sh"
 bin="$build/apps/cli/velmora-test"
 seed="$build/bench/suite/velmora-suite-seed"
 SCRIPTS="${SCRIPTS:-50}" CASES="${CASES:-20}" LINES="${LINES:-2000}" FLAT_CASES="${FLAT_CASES:-2000}" SUITE="${SUITE:-1}"
 cores="$(nproc)"
-for f in "$bin" "$seed"; do
-  [ -x "$f" ] || { echo "missing $f: build first (scripts/build.sh)" >&2; exit 2; }
-done
-work="$(mktemp -d)"
-trap 'rm -rf "$work"' EXIT
+bench_need "$bin" "$seed"
+bench_scratch
 
 prepare() { # name scripts cases
   node "$here/gen_suite.js" "$work/$1" "$2" "$3" "$LINES" >/dev/null
