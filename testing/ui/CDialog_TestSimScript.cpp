@@ -4,6 +4,7 @@
 #include "CDialog_SetInputParm.h"
 #include "CGridCtrlForDataSet.h"
 #include "CJSCoverTestService.h"
+#include "CNativeCoverageService.h"
 #include "CEditCtr.h"
 #include "CEditFindDlg.h" // CEditCtr.h holds a QPointer to it
 #include "CTestCaseInfoTable.h"
@@ -89,6 +90,7 @@ CDialog_TestSimScript::CDialog_TestSimScript(const QString& script, QWidget* par
     auto* bottom = new QHBoxLayout;
     bottom->addWidget(button("1022", QStringLiteral("查看全局函数"), &CDialog_TestSimScript::OnViewGlobalFunctions));
     bottom->addWidget(button("1023", QStringLiteral("测试JS覆盖率"), &CDialog_TestSimScript::OnCoverage));
+    bottom->addWidget(button("NativeCoverage", QStringLiteral("本地覆盖率"), &CDialog_TestSimScript::OnNativeCoverage));
     bottom->addStretch();
     auto* ok = new QPushButton(QStringLiteral("OK"), this);
     ok->setObjectName(QStringLiteral("1"));
@@ -328,4 +330,12 @@ void CDialog_TestSimScript::OnCoverage()
     CJSCoverTestService coverage;
     if (!coverage.BuildCoverageHarness(m_service, m_script, cases))
         Say(QStringLiteral("生成覆盖测试代码失败!"));
+}
+
+// Line coverage from the engine itself: the stored cases (one or all) run
+// with line counts and the report opens; no server needed.
+void CDialog_TestSimScript::OnNativeCoverage()
+{
+    const QString name = CurrentCaseName();
+    CNativeCoverageService().RunScriptCoverage(m_script, name == kAllTests ? QString() : name);
 }

@@ -39,6 +39,7 @@ public:
     void OnAddParameter();
     void OnDeleteParameter();
     void OnCoverage();
+    void OnNativeCoverage();
 
 private:
     void FillCombo();

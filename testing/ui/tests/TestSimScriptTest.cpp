@@ -268,3 +268,16 @@ TEST_F(TestSimScriptTest, CoverageHarnessForAllCasesOrTheCurrentOne)
     Click(Dialog(), "1023");
     EXPECT_EQ(Ui().MessageTexts(), QStringList{"生成覆盖测试代码失败!"});
 }
+
+TEST_F(TestSimScriptTest, NativeCoverageOfTheCurrentCaseOpensItsReport)
+{
+    ASSERT_TRUE(Dialog().SelectTestCase("直径8.tx"));
+    Click(Dialog(), "NativeCoverage");
+    QString lcov;
+    ASSERT_TRUE(QxMfc::Fun::File2CString("C:\\testNativeCoverage\\lcov.info", lcov));
+    EXPECT_TRUE(lcov.contains("SF:")) << lcov.toStdString();
+    const auto opened = Ui().CallsOf("ShellOpen");
+    ASSERT_EQ(opened.size(), 1);
+    EXPECT_TRUE(opened[0].text.startsWith(NativePath::Map("C:\\testNativeCoverage\\"))) << opened[0].text.toStdString();
+}
+
