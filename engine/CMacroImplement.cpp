@@ -46,7 +46,7 @@ int CMacroImplement::Run(const QString& prefix, const QString& script, const QSt
 {
     m_lastScript = prefix + script;
     // Line counts are those of the whole text, so coverage runs never split it.
-    const bool split = !pieces.isEmpty() && !m_collectCoverage;
+    const bool split = !pieces.isEmpty();
     const bool ran = split ? m_engine.ExecutePieces(pieces, m_joinedRuns) : m_engine.ExecuteStatement(m_lastScript);
     if (m_collectCoverage)
         CollectLineHits(CJsText::LineBreaks(prefix));
