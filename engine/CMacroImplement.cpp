@@ -45,7 +45,7 @@ int CMacroImplement::Run(const QString& prefix, const QString& script, const QSt
                          CArray<CMacroParam>& outputs)
 {
     m_lastScript = prefix + script;
-    // Line counts are those of the whole text, so coverage runs never split it.
+    // Pieces keep their place and file name in the whole, so line counts match a joined run.
     const bool split = !pieces.isEmpty();
     const bool ran = split ? m_engine.ExecutePieces(pieces, m_joinedRuns) : m_engine.ExecuteStatement(m_lastScript);
     if (m_collectCoverage)
