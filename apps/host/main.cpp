@@ -1,5 +1,5 @@
 #include "CHostMainWindow.h"
-#include "CHostUIService.h"
+#include "CQtUIService.h"
 #include "CSampleDataSeeder.h"
 #include "CUIServices.h"
 #include "CVelmoraLibrary.h"
@@ -25,7 +25,7 @@ int main(int argc, char** argv)
     library.Load(CVelmoraLibrary::Locate(QApplication::applicationDirPath(),
                                          qEnvironmentVariable("VELMORA_LIBRARY")));
     CHostMainWindow window(library);
-    CUIServices::Install(std::make_shared<CHostUIService>(&window));
+    CUIServices::Install(std::make_shared<CQtUIService>());
     // The workbench window has no owner: closing the host ends the program.
     QObject::connect(&window, &CHostMainWindow::closed, &app, &QApplication::quit, Qt::QueuedConnection);
     // For the start-up benchmark: report when the window is on the screen, then end.
