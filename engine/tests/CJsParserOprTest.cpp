@@ -1,6 +1,4 @@
-#include "CJsParserOpr.h"
 #include "EngineTestSupport.h"
-#include "TestEnvironment.h"
 
 #include <gtest/gtest.h>
 
@@ -8,11 +6,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-class JsParserOprTest : public TempHomeTest
+class JsParserOprTest : public EngineTest
 {
 protected:
-    void SetUp() override { TempHomeTest::SetUp(); CJsParserOpr::Release(); }
-    void TearDown() override { CJsParserOpr::Release(); TempHomeTest::TearDown(); }
     static int Run(const char* script) { return CJsParserOpr::Instance()->Run(U8(script), m_result, m_error); }
     // 1 and the value, or 0 and "untouched".
     static std::pair<int, QString> Get(const char* name)

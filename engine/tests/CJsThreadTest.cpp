@@ -1,9 +1,6 @@
-#include "CJsRuntime.h"
 #include "CMacroImplement.h"
 #include "CScriptHost.h"
 #include "EngineTestSupport.h"
-#include "HostContext.h"
-#include "TestEnvironment.h"
 
 #include <gtest/gtest.h>
 
@@ -17,15 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-class ScriptThreadTest : public TempHomeTest
-{
-protected:
-    void TearDown() override
-    {
-        HostContext::Instance().SetScriptTimeBudgetMs(HostContext::kDefaultScriptBudgetMs);
-        TempHomeTest::TearDown();
-    }
-};
+using ScriptThreadTest = EngineTest;
 
 // One macro runner per thread, all running at once: each sees only its own inputs, outputs and errors.
 TEST_F(ScriptThreadTest, RunnersOnSeveralThreadsRunConcurrently)
@@ -60,7 +49,7 @@ TEST_F(ScriptThreadTest, RunnersOnSeveralThreadsRunConcurrently)
 // and quick runs beside both go on working.
 TEST_F(ScriptThreadTest, TimeoutAndMemoryLimitOnOneThreadLeaveTheOthersAlone)
 {
-    HostContext::Instance().SetScriptTimeBudgetMs(3000);
+    SetBudget(3000);
     const auto run = [](std::uint32_t heapMb, const QString& script, QString& error) {
         CJsRuntime::Current()->SetHeapLimitBytes(heapMb * 1024u * 1024u);
         CScriptHost host;

@@ -1,9 +1,6 @@
-#include "CJsParserOpr.h"
 #include "CParms.h"
-#include "CTimingLog.h"
 #include "CV8MacroImplement.h"
 #include "EngineTestSupport.h"
-#include "TestEnvironment.h"
 
 #include <gtest/gtest.h>
 
@@ -11,16 +8,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-class V8MacroImplementTest : public TempHomeTest
+class V8MacroImplementTest : public EngineTest
 {
 protected:
-    void SetUp() override
-    {
-        TempHomeTest::SetUp();
-        CJsParserOpr::Release();
-        CTimingLog::Instance().Clear();
-    }
-    void TearDown() override { CJsParserOpr::Release(); TempHomeTest::TearDown(); }
     static QStringList TimedLabels()
     {
         QStringList labels;
