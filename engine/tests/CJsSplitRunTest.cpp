@@ -54,14 +54,23 @@ TEST_F(SplitRunTest, HandWrittenCasesGiveTheJoinedOutcome)
     const struct { QStringList pieces, probes; Way way; } cases[] = {
         {{u""_s, u"function f(a) { return a * 2; }"_s, u"var x = 3 ////x"_s, u"x = 5;"_s, u"var r = f(x);"_s}, {u"r"_s}, Way::Split},
         // hoisting across pieces
+        {{u"var r = g();"_s, u"function g() { return 7; }"_s}, {u"r"_s}, Way::Joined},
+        {{u"var t = typeof g;"_s, u"function g() {}"_s}, {u"t"_s}, Way::Joined},
         {{u"var seen = typeof later + ':' + ('later' in this);"_s, u"var later = 1;"_s}, {u"seen"_s, u"later"_s}, Way::Split},
         {{u"try { var v = later; } catch (e) { v = 'caught'; }"_s, u"var later = 2;"_s}, {u"v"_s}, Way::Split},
+        {{u"var t = typeof L;"_s, u"let L = 1;"_s}, {u"t"_s}, Way::Joined},
+        {{u"var t = typeof h;"_s, u"{ function h() {} }"_s}, {u"t"_s, u"typeof h"_s}, Way::Joined},
         // redeclarations
+        {{u"function f() { return 1; }"_s, u"var a = f();"_s, u"function f() { return 2; }"_s}, {u"a"_s}, Way::Joined},
         {{u"const k = 1;"_s, u"var k = 2;"_s}, {u"k"_s}, Way::Either},
+        {{u"var a = 1;"_s, u"var a;"_s, u"var b = a;"_s}, {u"b"_s}, Way::Split},
         // syntax across pieces
         {{u"var a = 1"_s, u"(function () { return 2; })()"_s}, {u"a"_s}, Way::Joined},
+        {{u"var a = 1"_s, u""_s, u"[1, 2].length"_s}, {u"a"_s}, Way::Joined},
         {{u"var s = 'a'"_s, u"`b`"_s}, {u"s"_s}, Way::Joined},
+        {{u"var let = 1; let"_s, u"x = 5"_s}, {u"typeof x"_s, u"let"_s}, Way::Joined},
         // strict mode
+        {{u"'use strict';"_s, u"undeclared = 5;"_s}, {u"typeof undeclared"_s}, Way::Joined},
         {{u"var a = 1;"_s, u"'use strict'; undeclared = 5;"_s}, {u"undeclared"_s}, Way::Joined},
         {{u"function s() { 'use strict'; return this === undefined; }"_s, u"var r = s();"_s}, {u"r"_s}, Way::Split},
         // run-time errors in each piece, with their lines in the whole

@@ -29,15 +29,11 @@ TEST_F(ScriptThreadTest, RunnersOnSeveralThreadsRunConcurrently)
             {
                 const CArray<CMacroParam> inputs = Inputs({{u"L"_s, QString::number(t * 1000 + run)}});
                 CArray<CMacroParam> outputs = Outputs({"A"});
-                if (run % 25 == 24) // a failing run in between: its error is this thread's own
-                {
-                    const QString script = u"throw 'T%1';"_s.arg(t);
-                    wrong += macro.ExecuteScript(script, inputs, outputs) != 0
-                          || macro.GetError() != u"Error: uncaught exception: T%1, %2; in line 5"_s.arg(t).arg(script);
-                    continue;
-                }
-                wrong += macro.ExecuteScript(u"var A = 加(L, L);"_s, inputs, outputs) != 1
-                      || outputs[0].GetValue() != QString::number(2 * (t * 1000 + run));
+                const bool fails = run % 25 == 24; // a failing run in between: its error is this thread's own
+                const QString script = fails ? u"throw 'T%1';"_s.arg(t) : u"var A = 加(L, L);"_s;
+                const int ok = macro.ExecuteScript(script, inputs, outputs);
+                wrong += fails ? ok != 0 || macro.GetError() != u"Error: uncaught exception: T%1, %2; in line 5"_s.arg(t).arg(script)
+                               : ok != 1 || outputs[0].GetValue() != QString::number(2 * (t * 1000 + run));
             }
         });
     for (std::thread& thread : threads)
