@@ -100,20 +100,6 @@ TEST_P(MacroStoreStatementTest, DeleteAndLoadStatements)
     EXPECT_EQ(m_recorder->Calls().mid(before), expected);
 }
 
-TEST_P(MacroStoreStatementTest, NegativeNumbersArePrintedAsIsAndTheBlobHoldsLowBytes)
-{
-    EXPECT_TRUE(m_macros.DeleteMacro(-5));
-    CMacro macro = SmallMacro();
-    macro.SetType(-3);
-    macro.SetContent(QString::fromUtf16(u"\u4E2DA\u00E9"));
-    ASSERT_EQ(m_macros.InsertMacro(macro), 1);
-    EXPECT_EQ(m_recorder->Calls().first(), "ExecuteNonQuery: delete from SC_MACRO_DEFINE where ID=-5");
-    EXPECT_TRUE(m_recorder->Calls().contains(
-        "ExecuteNonQuery: insert into SC_MACRO_DEFINE \r\n values(1,\r\n'm',\r\n'',\r\n-3,\r\n'd')\r\n"));
-    EXPECT_EQ(m_recorder->BlobBytes(), 3);
-    EXPECT_EQ(m_recorder->LastBlob(), QByteArray("\x2D" "A" "\xE9" "\0", 4));
-}
-
 // Each step of an insert failing in turn: what was written before it stays.
 TEST_P(MacroStoreStatementTest, InsertFailureKeepsWhatWasWrittenBefore)
 {
