@@ -1,6 +1,5 @@
 #include "CliFixture.h"
 
-#include "CNativeCoverage.h"
 #include "CTestCaseStore.h"
 #include "NativePath.h"
 
@@ -27,8 +26,6 @@ TEST_F(CliRunTest, FirstRunSeedsTheHomeAndEverySamplePasses)
     ASSERT_EQ(lines.size(), 2 * cases);
     EXPECT_EQ(lines.filter("发现错误:测试通过! ").size(), cases);
     EXPECT_EQ(lines.filter("发现错误:计算结果一致! ").size(), cases);
-    for (const QString& line : lines)
-        EXPECT_TRUE(WithoutStamp(line).startsWith("...脚本(")) << line.toStdString();
 
     // A seeded home is not seeded again; --script runs that script alone.
     const QString script = Samples().at(3).keyCh;
@@ -63,16 +60,9 @@ TEST_F(CliRunTest, FaultsFailTheRunAndEveryJobCountWritesTheSameFile)
         EXPECT_TRUE(run.out.contains("FAILED " + sample + " / 直径25.tx: 计算结果不一致!"));
         EXPECT_TRUE(run.out.contains("junit file: " + junit));
 
+        // The lines themselves are the test service's; here they must come out the same for any job count.
         const QStringList lines = ResultLines(run);
-        const int at = int(lines.indexOf(QRegularExpression(".*\\(直径25\\.tx\\)发现错误:计算结果不一致! $")));
-        ASSERT_GE(at, 0);
-        const QString table = lines.mid(at + 1, 5).join('\n');
-        EXPECT_TRUE(table.contains("NewParmValue") && table.contains("3.9") && table.contains("3.856")) << table.toStdString();
         EXPECT_EQ(lines.filter("测试通过!").size(), passed);
-        EXPECT_EQ(lines.filter(QRegularExpression("脚本\\(梁\\\\坏脚本\\.js\\)检测测试\\(one\\.tx\\)发现错误:.*Error.*; in line ")).size(), 1);
-        EXPECT_EQ(lines.filter("脚本(" + uncased + ")检测测试()发现错误:没有测试用例! ").size(), 1);
-        const QStringList hang = lines.filter("脚本(梁\\死循环.js)检测测试(one.tx)发现错误:");
-        EXPECT_TRUE(hang.size() == 1 && !hang[0].contains("测试通过!")) << hang.join('\n').toStdString();
         QStringList unstamped;
         for (const QString& line : lines)
             unstamped << WithoutStamp(line);
@@ -106,10 +96,6 @@ TEST_F(CliRunTest, CoverageIsTheSameFromOneJobAndFromAllCores)
         const QString lcov = QString::fromUtf8(ReadBytes(dir + "/lcov.info")).replace(dir, "DIR");
         EXPECT_EQ(lcov.count("end_of_record"), Samples().size() + 1);
         EXPECT_EQ(lcov.count("/GlobalFun.txt\n"), 1);
-        for (const CSampleScripts::Script& script : Samples())
-            EXPECT_EQ(lcov.count("SF:DIR/source/" + CTestCaseStore::SanitizeScriptName(script.keyCh) + "/"
-                                 + CNativeCoverage::ScriptFileName(script.keyCh) + "\n"), 1)
-                << script.keyCh.toStdString();
         if (reference.isEmpty())
             reference = lcov;
         EXPECT_EQ(lcov, reference);
