@@ -31,7 +31,7 @@ TEST(ReplaceWordTest, BoundaryAndSteppingTable)
 {
     const struct { const char *text, *word, *replacement, *out; } cases[] = {
         {"x.a a.x a", "a", "b", "x.a a.x b"}, {"a1 1a", "a", "z", "z1 1z"},
-        {"aaa", "a", "b", "aaa"}, {"a a", "a", "a", "a a"},
+        {"aaa", "a", "b", "aaa"}, {"a a", "a", "a", "a a"}, {"a+1+1+", "+1+", "X", "a+1X"}, // a rejected one overlaps the next
         {"abc abc", "abc", "", " abc"},         // start moves from the old start, past the second
         {"abc+abc+abc", "abc", "Z", "Z+abc+Z"}, // the shrunk text puts the middle one behind the start
         {"text", "", "x", "text"},              // empty word: nothing to find
