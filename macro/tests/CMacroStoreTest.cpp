@@ -24,20 +24,31 @@ protected:
     }
 };
 
-TEST_P(MacroStoreTest, InsertNumbersFromTheMaxAndLoadsBackWhole)
+TEST_P(MacroStoreTest, InsertNumbersFromTheMaxAndLoadsBackWholeOrListedWithoutParameters)
 {
     EXPECT_EQ(m_macros.GetMaxMacroId(), 0);
     EXPECT_EQ(m_params.GetMaxParamId(), 0);
-    // Double quotes, backslashes and semicolons are just text.
+    CArray<CMacro> all;
+    ASSERT_TRUE(m_macros.LoadAllMacros(all));
+    EXPECT_EQ(all.GetSize(), 0);
+    // Double quotes, backslashes and semicolons are just text; a long description is not cut.
     CMacro macro = MakeRebarMacro(QStringLiteral("a \"b\" \\c; d -- e /* f"));
     macro.InputParams()[0].SetValue(QStringLiteral("$$x$$ :name ?"));
+    macro.SetDescription(QString(300, QLatin1Char('x')));
     EXPECT_EQ(m_macros.InsertMacro(macro), 1);
-    EXPECT_EQ(m_macros.InsertMacro(MakeRebarMacro(QStringLiteral("second"))), 2);
+    EXPECT_EQ(m_macros.InsertMacro(MakeRebarMacro(QStringLiteral("二"))), 2);
     EXPECT_EQ(m_params.GetMaxParamId(), 6);
     CMacro loaded;
     ASSERT_TRUE(m_macros.LoadMacro(1, loaded));
     EXPECT_EQ(loaded.GetId(), 1);
     EXPECT_EQ(Fields(loaded), Fields(macro));
+    all.Add(CMacro());
+    ASSERT_TRUE(m_macros.LoadAllMacros(all));
+    ASSERT_EQ(all.GetSize(), 2);
+    EXPECT_EQ(all[0].GetId(), 1);
+    EXPECT_EQ(Fields(all[0]), (QStringList{macro.GetName(), "3", macro.GetDescription(), macro.GetContent(), "->"}));
+    EXPECT_EQ(all[1].GetId(), 2);
+    EXPECT_EQ(all[1].GetName(), QStringLiteral("二"));
 }
 
 TEST_P(MacroStoreTest, ParameterInsertsReturnTheMaxReadBeforeAndLoadInOrder)
@@ -109,25 +120,6 @@ TEST_P(MacroStoreTest, DeleteRemovesMacroAndItsParameters)
     EXPECT_TRUE(m_macros.DeleteMacroParams(2));
     ExpectTablesHold(1, 0);
     EXPECT_EQ(m_macros.InsertMacro(MakeRebarMacro()), 3);
-}
-
-TEST_P(MacroStoreTest, LoadAllListsMacrosWithoutParameters)
-{
-    CArray<CMacro> all;
-    ASSERT_TRUE(m_macros.LoadAllMacros(all));
-    EXPECT_EQ(all.GetSize(), 0);
-    const QString longDescription(300, QLatin1Char('x'));
-    CMacro macro = MakeRebarMacro();
-    macro.SetDescription(longDescription);
-    ASSERT_EQ(m_macros.InsertMacro(macro), 1);
-    ASSERT_EQ(m_macros.InsertMacro(MakeRebarMacro(QStringLiteral("二"))), 2);
-    all.Add(CMacro());
-    ASSERT_TRUE(m_macros.LoadAllMacros(all));
-    ASSERT_EQ(all.GetSize(), 2);
-    EXPECT_EQ(all[0].GetId(), 1);
-    EXPECT_EQ(Fields(all[0]), (QStringList{macro.GetName(), "3", longDescription, macro.GetContent(), "->"}));
-    EXPECT_EQ(all[1].GetId(), 2);
-    EXPECT_EQ(all[1].GetName(), QStringLiteral("二"));
 }
 
 TEST_P(MacroStoreTest, ScriptKeepsOnlyTheLowByteOfEachCharacter)
