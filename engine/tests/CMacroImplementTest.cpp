@@ -97,16 +97,6 @@ TEST_F(MacroImplementTest, GlobalScriptServesEveryRunAndAFailureKeepsOutputsAndI
     EXPECT_EQ(m_macro.GetError(), u"Error: 加倍 is not defined, var A = 加倍(L);; in line 4"_s);
 }
 
-TEST_F(MacroImplementTest, QuoteInATextInputIsASyntaxError)
-{
-    CArray<CMacroParam> outputs = Outputs({"T"});
-    ASSERT_EQ(m_macro.ExecuteScript(u"var A = T;"_s, Inputs({{"T", "a\"b", 0}}), outputs), 0);
-    const QString error = m_macro.GetError();
-    EXPECT_TRUE(error.startsWith(u"Error: "_s)) << error.toStdString();
-    EXPECT_TRUE(error.endsWith(u"var T = \"a\"b\";; in line 1"_s)) << error.toStdString();
-    EXPECT_EQ(outputs[0].GetValue(), u"old"_s);
-}
-
 TEST_F(MacroImplementTest, ExecuteMacroFileRunsTheSettingsFileAndLeavesOutputsOnFailure)
 {
     CArray<CMacroParam> outputs = Outputs({"stale"});
