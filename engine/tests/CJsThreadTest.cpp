@@ -16,34 +16,9 @@ namespace
 {
 using ScriptThreadTest = EngineTest;
 
-// One macro runner per thread, all running at once: each sees only its own inputs, outputs and errors.
-TEST_F(ScriptThreadTest, RunnersOnSeveralThreadsRunConcurrently)
-{
-    std::atomic<int> wrong{0};
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t)
-        threads.emplace_back([t, &wrong] {
-            CMacroImplement macro;
-            macro.AddGlobalScript(u"function 加(a, b) { return a + b; }"_s);
-            for (int run = 0; run < 150; ++run)
-            {
-                const CArray<CMacroParam> inputs = Inputs({{u"L"_s, QString::number(t * 1000 + run)}});
-                CArray<CMacroParam> outputs = Outputs({"A"});
-                const bool fails = run % 25 == 24; // a failing run in between: its error is this thread's own
-                const QString script = fails ? u"throw 'T%1';"_s.arg(t) : u"var A = 加(L, L);"_s;
-                const int ok = macro.ExecuteScript(script, inputs, outputs);
-                wrong += fails ? ok != 0 || macro.GetError() != u"Error: uncaught exception: T%1, %2; in line 5"_s.arg(t).arg(script)
-                               : ok != 1 || outputs[0].GetValue() != QString::number(2 * (t * 1000 + run));
-            }
-        });
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(wrong.load(), 0);
-}
-
-// Each run is stopped for what it did itself: a loop beside a memory hog runs out of time, not memory,
-// and quick runs beside both go on working.
-TEST_F(ScriptThreadTest, TimeoutAndMemoryLimitOnOneThreadLeaveTheOthersAlone)
+// Macro runners on several threads at once each see only their own inputs, outputs and errors, and
+// each run is stopped for what it did itself: a loop beside a memory hog runs out of time, not memory.
+TEST_F(ScriptThreadTest, RunnersTimeoutsAndMemoryLimitsOnSeveralThreadsStayApart)
 {
     SetBudget(3000);
     const auto run = [](std::uint32_t heapMb, const QString& script, QString& error) {
@@ -57,22 +32,31 @@ TEST_F(ScriptThreadTest, TimeoutAndMemoryLimitOnOneThreadLeaveTheOthersAlone)
     std::thread loop([&] { run(8, u"for (;;) {}"_s, loopError); looping = false; });
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
     std::thread hog([&] { run(32, u"var a = [];\r\nwhile (true) a.push(new Float64Array(131072).fill(1));"_s, hogError); });
-    int quickRuns = 0, quickFailures = 0;
-    std::thread quick([&] {
-        CScriptHost host;
-        for (; looping || quickRuns < 20; ++quickRuns)
-        {
-            host.ResetScript();
-            quickFailures += !host.ExecuteStatement(u"var x = 0; for (var i = 0; i < 1000; i++) x += i;"_s)
-                          || host.Evaluate(u"x"_s).toString() != u"499500"_s;
-        }
-    });
-    for (std::thread* thread : {&hog, &loop, &quick})
-        thread->join();
+    std::atomic<int> runs{0}, wrong{0};
+    std::vector<std::thread> runners;
+    for (int t = 0; t < 3; ++t)
+        runners.emplace_back([t, &runs, &wrong, &looping] {
+            CMacroImplement macro;
+            macro.AddGlobalScript(u"function 加(a, b) { return a + b; }"_s);
+            for (int run = 0; looping || run < 150; ++run, ++runs)
+            {
+                const CArray<CMacroParam> inputs = Inputs({{u"L"_s, QString::number(t * 100000 + run)}});
+                CArray<CMacroParam> outputs = Outputs({"A"});
+                const bool fails = run % 25 == 24; // a failing run in between: its error is this thread's own
+                const QString script = fails ? u"throw 'T%1';"_s.arg(t) : u"var A = 加(L, L);"_s;
+                const int ok = macro.ExecuteScript(script, inputs, outputs);
+                wrong += fails ? ok != 0 || macro.GetError() != u"Error: uncaught exception: T%1, %2; in line 5"_s.arg(t).arg(script)
+                               : ok != 1 || outputs[0].GetValue() != QString::number(2 * (t * 100000 + run));
+            }
+        });
+    hog.join();
+    loop.join();
+    for (std::thread& runner : runners)
+        runner.join();
     EXPECT_EQ(loopError, u"Error: 脚本运行超时(超过3000毫秒), for (;;) {}; in line 1"_s);
     EXPECT_EQ(hogError, u"Error: 脚本内存不足(堆上限32 MB), while (true) a.push(new Float64Array(131072).fill(1));; in line 2"_s);
-    EXPECT_GE(quickRuns, 20);
-    EXPECT_EQ(quickFailures, 0);
+    EXPECT_GE(runs.load(), 450);
+    EXPECT_EQ(wrong.load(), 0);
 }
 
 TEST_F(ScriptThreadTest, HostUsedOnAnotherThreadStartsOverThereAndOutlivesItsMaker)
