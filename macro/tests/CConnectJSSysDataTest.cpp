@@ -41,33 +41,9 @@ protected:
     QString m_native;
 };
 
-TEST_F(ConnectJSSysDataTest, ConnectsToAnAccessFileAndAFailedConnectKeepsItsPaths)
-{
-    CConnectJSSysData connection;
-    ASSERT_TRUE(connection.ConnectDatabase(m_windowsPath));
-    EXPECT_TRUE(Ui().calls.isEmpty());
-    EXPECT_EQ(connection.GetConnectionString(), kProvider + m_windowsPath + "\"");
-    ExpectPaths(connection, m_windowsPath, QStringLiteral("D:\\数据"));
-    ASSERT_NE(connection.GetDatabase(), nullptr);
-    EXPECT_TRUE(connection.GetDatabase()->IsConnected());
-    const QString notAccess = HomeFile(QStringLiteral("text.mdb"));
-    ASSERT_TRUE(WriteBytes(notAccess, QByteArray(5000, 't')));
-    EXPECT_FALSE(connection.ConnectDatabase(notAccess));
-    EXPECT_EQ(Calls(), QStringList{"MessageBox|连接到" + notAccess + "失败||64"});
-    ExpectPaths(connection, m_windowsPath, QStringLiteral("D:\\数据"));
-}
-
-TEST_F(ConnectJSSysDataTest, MissingFileShowsBothMessagesAndFails)
-{
-    CConnectJSSysData connection;
-    const QString missing = QStringLiteral("D:\\数据\\没有.mdb");
-    EXPECT_FALSE(connection.ConnectDatabase(missing));
-    EXPECT_EQ(Calls(), QStringList({"MessageBox|没有找到连接的数据库!||64", "MessageBox|连接到" + missing + "失败||64"}));
-    EXPECT_EQ(connection.GetConnectionString(), kProvider + missing + "\"");
-    ExpectPaths(connection, kError, kError);
-}
-
-TEST_F(ConnectJSSysDataTest, DisconnectResetsPathsAndTheDatabaseObjectOutlivesTheConnection)
+// A failed connect keeps the paths of the last good one; a disconnect resets them and keeps the
+// database object, which outlives the connection.
+TEST_F(ConnectJSSysDataTest, ConnectFailedConnectAndDisconnect)
 {
     CComDB* db = nullptr;
     {
@@ -76,7 +52,17 @@ TEST_F(ConnectJSSysDataTest, DisconnectResetsPathsAndTheDatabaseObjectOutlivesTh
         EXPECT_EQ(connection.GetConnectionString(), QString());
         ExpectPaths(connection, kError, kError);
         ASSERT_TRUE(connection.ConnectDatabase(m_windowsPath));
+        EXPECT_TRUE(Ui().calls.isEmpty());
+        EXPECT_EQ(connection.GetConnectionString(), kProvider + m_windowsPath + "\"");
+        ExpectPaths(connection, m_windowsPath, QStringLiteral("D:\\数据"));
         db = connection.GetDatabase();
+        ASSERT_NE(db, nullptr);
+        EXPECT_TRUE(db->IsConnected());
+        const QString notAccess = HomeFile(QStringLiteral("text.mdb"));
+        ASSERT_TRUE(WriteBytes(notAccess, QByteArray(5000, 't')));
+        EXPECT_FALSE(connection.ConnectDatabase(notAccess));
+        EXPECT_EQ(Calls(), QStringList{"MessageBox|连接到" + notAccess + "失败||64"});
+        ExpectPaths(connection, m_windowsPath, QStringLiteral("D:\\数据"));
         connection.Disconnect();
         EXPECT_EQ(connection.GetDatabase(), db);
         EXPECT_FALSE(db->IsConnected());
@@ -89,6 +75,16 @@ TEST_F(ConnectJSSysDataTest, DisconnectResetsPathsAndTheDatabaseObjectOutlivesTh
     EXPECT_FALSE(db->IsConnected());
     EXPECT_TRUE(db->Connect(m_native, QString(), QString()));
     db->DisConnect();
+}
+
+TEST_F(ConnectJSSysDataTest, MissingFileShowsBothMessagesAndFails)
+{
+    CConnectJSSysData connection;
+    const QString missing = QStringLiteral("D:\\数据\\没有.mdb");
+    EXPECT_FALSE(connection.ConnectDatabase(missing));
+    EXPECT_EQ(Calls(), QStringList({"MessageBox|没有找到连接的数据库!||64", "MessageBox|连接到" + missing + "失败||64"}));
+    EXPECT_EQ(connection.GetConnectionString(), kProvider + missing + "\"");
+    ExpectPaths(connection, kError, kError);
 }
 
 TEST_F(ConnectJSSysDataTest, MacrosTableReadsTheFixture)
