@@ -139,6 +139,10 @@ TEST_F(ScriptHostTest, LoadScriptFileReadsCodePageTextUpToAZeroByteAndFailsSilen
     EXPECT_EQ(Eval(u"s"_s), u"钢筋"_s);
     ASSERT_EQ(m_host.GetProcedureCount(), 1);
     EXPECT_EQ(m_host.GetProcedureName(0), u"长度"_s);
+    // UTF-8 bytes are read as code-page characters, never as UTF-8.
+    ASSERT_TRUE(WriteBytes(HomeFile(u"u.js"_s), u"var s = '钢';"_s.toUtf8()));
+    ASSERT_TRUE(m_host.LoadScriptFile(HomeFile(u"u.js"_s)));
+    EXPECT_EQ(Eval(u"s"_s), CodePage::ToUnicode(QByteArrayLiteral("\xe9\x92\xa2"), "GBK"));
     for (const QString& path : {HomeFile(u"missing.js"_s), Home(), QString()})
         EXPECT_FALSE(m_host.LoadScriptFile(path)) << path.toStdString();
     EXPECT_TRUE(Ui().calls.isEmpty());

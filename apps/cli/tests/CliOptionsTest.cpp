@@ -53,7 +53,7 @@ TEST(CliOptionsTest, BadCommandLinesGiveOneLineReasons)
         {{"--bogus"}, "unknown option --bogus"}, {{"stray"}, "unexpected argument stray"},
         {{"--script"}, "missing value after '--script'"}, {{"--script="}, "non-empty"}, {{"-bogus"}, "unknown option -bogus"},
         {{"--jobs", "0"}, "whole number"},       {{"--jobs", "two"}, "whole number"},
-        {{"--jobs", "257"}, "whole number"},     {{"--timeout", "1.5"}, "whole number"},
+        {{"--jobs", "257"}, "whole number"},     {{"--timeout", "1.5"}, "whole number"}, {{"--timeout", "0"}, "whole number"},
         {{"--quiet=yes"}, "unexpected value after '--quiet'"}, {{"-j", "2"}, "unknown option -j"},
         {{"--", "--jobs"}, "unexpected argument --jobs"},
     };
