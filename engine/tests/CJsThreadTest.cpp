@@ -1,9 +1,6 @@
-#include "CJsRuntime.h"
 #include "CMacroImplement.h"
 #include "CScriptHost.h"
 #include "EngineTestSupport.h"
-#include "HostContext.h"
-#include "TestEnvironment.h"
 
 #include <gtest/gtest.h>
 
@@ -17,94 +14,52 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-class ScriptThreadTest : public TempHomeTest
-{
-protected:
-    void TearDown() override
-    {
-        HostContext::Instance().SetScriptTimeBudgetMs(HostContext::kDefaultScriptBudgetMs);
-        TempHomeTest::TearDown();
-    }
-};
+using ScriptThreadTest = EngineTest;
 
-// One macro runner per thread, all running at once: each sees only its own inputs, outputs and errors.
-TEST_F(ScriptThreadTest, RunnersOnSeveralThreadsRunConcurrently)
+// Macro runners on several threads at once each see only their own inputs, outputs and errors, and
+// each run is stopped for what it did itself: a loop beside a memory hog runs out of time, not memory.
+TEST_F(ScriptThreadTest, RunnersTimeoutsAndMemoryLimitsOnSeveralThreadsStayApart)
 {
-    std::atomic<int> wrong{0};
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t)
-        threads.emplace_back([t, &wrong] {
-            CMacroImplement macro;
-            macro.AddGlobalScript(u"function 加(a, b) { return a + b; }"_s);
-            for (int run = 0; run < 150; ++run)
-            {
-                const CArray<CMacroParam> inputs = Inputs({{u"L"_s, QString::number(t * 1000 + run)}});
-                CArray<CMacroParam> outputs = Outputs({"A"});
-                if (run % 25 == 24) // a failing run in between: its error is this thread's own
-                {
-                    const QString script = u"throw 'T%1';"_s.arg(t);
-                    wrong += macro.ExecuteScript(script, inputs, outputs) != 0
-                          || macro.GetError() != u"Error: uncaught exception: T%1, %2; in line 5"_s.arg(t).arg(script);
-                    continue;
-                }
-                wrong += macro.ExecuteScript(u"var A = 加(L, L);"_s, inputs, outputs) != 1
-                      || outputs[0].GetValue() != QString::number(2 * (t * 1000 + run));
-            }
-        });
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(wrong.load(), 0);
-}
-
-TEST_F(ScriptThreadTest, TimeoutOnOneThreadLeavesTheOthersRunning)
-{
-    HostContext::Instance().SetScriptTimeBudgetMs(400);
-    std::atomic<bool> looping{true};
-    QString loopError;
-    std::thread loop([&] {
-        CScriptHost host;
-        host.ExecuteStatement(u"for (;;) {}"_s);
-        loopError = host.GetErrorText();
-        looping = false;
-    });
-    int quickRuns = 0, quickFailures = 0;
-    std::thread quick([&] {
-        CScriptHost host;
-        for (; looping || quickRuns < 20; ++quickRuns)
-        {
-            host.ResetScript();
-            quickFailures += !host.ExecuteStatement(u"var x = 0; for (var i = 0; i < 1000; i++) x += i;"_s);
-            quickFailures += host.Evaluate(u"x"_s).toString() != u"499500"_s;
-        }
-    });
-    loop.join();
-    quick.join();
-    EXPECT_EQ(loopError, u"Error: 脚本运行超时(超过400毫秒), for (;;) {}; in line 1"_s);
-    EXPECT_GE(quickRuns, 20);
-    EXPECT_EQ(quickFailures, 0);
-}
-
-// Each run is stopped for what it did itself: a loop beside a memory hog runs out of time, not memory.
-TEST_F(ScriptThreadTest, MemoryHogOnOneThreadLeavesTheOtherItsTimeout)
-{
-    HostContext::Instance().SetScriptTimeBudgetMs(3000);
+    SetBudget(3000);
     const auto run = [](std::uint32_t heapMb, const QString& script, QString& error) {
         CJsRuntime::Current()->SetHeapLimitBytes(heapMb * 1024u * 1024u);
         CScriptHost host;
         host.ExecuteStatement(script);
         error = host.GetErrorText();
     };
+    std::atomic<bool> looping{true};
     QString loopError, hogError;
-    std::thread loop([&] { run(8, u"for (;;) {}"_s, loopError); });
+    std::thread loop([&] { run(8, u"for (;;) {}"_s, loopError); looping = false; });
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
     std::thread hog([&] { run(32, u"var a = [];\r\nwhile (true) a.push(new Float64Array(131072).fill(1));"_s, hogError); });
+    std::atomic<int> runs{0}, wrong{0};
+    std::vector<std::thread> runners;
+    for (int t = 0; t < 3; ++t)
+        runners.emplace_back([t, &runs, &wrong, &looping] {
+            CMacroImplement macro;
+            macro.AddGlobalScript(u"function 加(a, b) { return a + b; }"_s);
+            for (int run = 0; looping || run < 150; ++run, ++runs)
+            {
+                const CArray<CMacroParam> inputs = Inputs({{u"L"_s, QString::number(t * 100000 + run)}});
+                CArray<CMacroParam> outputs = Outputs({"A"});
+                const bool fails = run % 25 == 24; // a failing run in between: its error is this thread's own
+                const QString script = fails ? u"throw 'T%1';"_s.arg(t) : u"var A = 加(L, L);"_s;
+                const int ok = macro.ExecuteScript(script, inputs, outputs);
+                wrong += fails ? ok != 0 || macro.GetError() != u"Error: uncaught exception: T%1, %2; in line 5"_s.arg(t).arg(script)
+                               : ok != 1 || outputs[0].GetValue() != QString::number(2 * (t * 100000 + run));
+            }
+        });
     hog.join();
     loop.join();
+    for (std::thread& runner : runners)
+        runner.join();
     EXPECT_EQ(loopError, u"Error: 脚本运行超时(超过3000毫秒), for (;;) {}; in line 1"_s);
     EXPECT_EQ(hogError, u"Error: 脚本内存不足(堆上限32 MB), while (true) a.push(new Float64Array(131072).fill(1));; in line 2"_s);
+    EXPECT_GE(runs.load(), 450);
+    EXPECT_EQ(wrong.load(), 0);
 }
 
-TEST_F(ScriptThreadTest, HostUsedOnAnotherThreadStartsOverThere)
+TEST_F(ScriptThreadTest, HostUsedOnAnotherThreadStartsOverThereAndOutlivesItsMaker)
 {
     CScriptHost host;
     ASSERT_TRUE(host.ExecuteStatement(u"var a = 1;"_s));
@@ -118,18 +73,14 @@ TEST_F(ScriptThreadTest, HostUsedOnAnotherThreadStartsOverThere)
     EXPECT_FALSE(host.Evaluate(u"b"_s).isValid());
     ASSERT_TRUE(host.ExecuteStatement(u"var c = 3;"_s));
     EXPECT_EQ(host.Evaluate(u"c"_s).toString(), u"3"_s);
-}
-
-TEST_F(ScriptThreadTest, HostOutlivesTheThreadThatMadeIt)
-{
-    std::unique_ptr<CScriptHost> host;
+    // A host made on a thread that is gone works here.
+    std::unique_ptr<CScriptHost> made;
     std::thread([&] {
-        host = std::make_unique<CScriptHost>();
-        host->AddScript(u"function f() { return 1; }"_s);
+        made = std::make_unique<CScriptHost>();
+        made->AddScript(u"function f() { return 1; }"_s);
     }).join();
-    ASSERT_TRUE(host);
-    EXPECT_EQ(host->GetProcedureCount(), 1);
-    EXPECT_TRUE(host->ExecuteStatement(u"var here = 1;"_s));
+    EXPECT_EQ(made->GetProcedureCount(), 1);
+    EXPECT_TRUE(made->ExecuteStatement(u"var here = 1;"_s));
 }
 
 TEST_F(ScriptThreadTest, HostDestroyedOnAnotherThreadWhileItsOwnerLives)

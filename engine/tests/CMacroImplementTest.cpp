@@ -32,16 +32,11 @@ protected:
 
 TEST(MacroAssemblyTest, LastScriptIsTheAssembledText)
 {
-    // inputs I0..In-1 with values 0..n-1; AddGlobalScript texts in order; which ExecuteScript form
-    const struct { int inputCount; QStringList globals; bool clearGlobals, withInputs; const char* expected; }
-    cases[] = {
-        {0, {}, false, true, "\r\n\r\nvar R = 1;"},
-        {3, {}, false, true, "var I0 = 0;\r\nvar I1 = 1;\r\nvar I2 = 2;\r\n\r\n\r\nvar R = 1;"},
-        {1, {"function g() {}"}, false, true, "var I0 = 0;\r\n\r\n\r\nfunction g() {}\r\nvar R = 1;"},
-        {0, {"var a = 1;", "var b = 2;"}, false, true, "\r\n\r\nvar a = 1;\r\nvar b = 2;\r\nvar R = 1;"},
-        {1, {"var a = 1;"}, true, true, "var I0 = 0;\r\n\r\n\r\nvar R = 1;"},
-        {2, {}, false, false, "\r\nvar R = 1;"},
-        {0, {"var a = 1;"}, false, false, "\r\nvar a = 1;\r\nvar R = 1;"},
+    // inputs I0..In-1 with values 0..n-1; AddGlobalScript texts in order; whether the inputs form runs
+    const struct { int inputCount; QStringList globals; bool withInputs; const char* expected; } cases[] = {
+        {3, {}, true, "var I0 = 0;\r\nvar I1 = 1;\r\nvar I2 = 2;\r\n\r\n\r\nvar R = 1;"},
+        {0, {"var a = 1;", "var b = 2;"}, true, "\r\n\r\nvar a = 1;\r\nvar b = 2;\r\nvar R = 1;"},
+        {2, {}, false, "\r\nvar R = 1;"},
     };
     for (const auto& c : cases)
     {
@@ -52,8 +47,6 @@ TEST(MacroAssemblyTest, LastScriptIsTheAssembledText)
             inputs.Add(Param(u"I%1"_s.arg(i), QString::number(i)));
         for (const QString& text : c.globals)
             macro.AddGlobalScript(text);
-        if (c.clearGlobals)
-            macro.ClearGlobalScript();
         const QString script = u"var R = 1;"_s;
         EXPECT_EQ(c.withInputs ? macro.ExecuteScript(script, inputs, outputs) : macro.ExecuteScript(script, outputs), 1);
         EXPECT_EQ(macro.GetLastScript(), U8(c.expected));
@@ -65,8 +58,8 @@ TEST_F(MacroImplementTest, EvalParamRunsTheTrimmedNameOrSaysItIsMissing)
     CArray<CMacroParam> none;
     ASSERT_EQ(m_macro.ExecuteScript(u"var A = 2; var B = 3; var S = '钢筋'; var U; var obj = {};"_s, none), 1);
     const char* cases[][2] = {
-        {"A", "2"}, {"\tA\r\n", "2"}, {"A + B", "5"}, {"S", "钢筋"}, {"U", "参数不存在!"},
-        {"missing", "参数不存在!"}, {"   ", "参数不存在!"}, {"A +", "参数不存在!"}, {"obj.y", "参数不存在!"},
+        {"\tA\r\n", "2"}, {"A + B", "5"}, {"S", "钢筋"}, {"U", "参数不存在!"}, {"missing", "参数不存在!"},
+        {"   ", "参数不存在!"}, {"A +", "参数不存在!"}, {"obj.y", "参数不存在!"},
     };
     for (const auto& c : cases)
     {
@@ -76,82 +69,48 @@ TEST_F(MacroImplementTest, EvalParamRunsTheTrimmedNameOrSaysItIsMissing)
     }
 }
 
-TEST_F(MacroImplementTest, OutputsAreReadInOrderAndMissingOnesAreNoFailure)
+TEST_F(MacroImplementTest, OutputsAreReadInOrderFromAFreshScopeAndMissingOnesAreNoFailure)
 {
     CArray<CMacroParam> outputs = Outputs({"A", " B ", "Never"});
-    ASSERT_EQ(m_macro.ExecuteScript(u"var A = 1.5 * 2;\r\nvar B = 'b';"_s, outputs), 1);
+    ASSERT_EQ(m_macro.ExecuteScript(u"var A = 1.5 * 2;\r\nvar B = 'b'; function helper() {}"_s, outputs), 1);
     ASSERT_EQ(Values(outputs), (QStringList{u"3"_s, u"b"_s, kMissing}));
     EXPECT_EQ(outputs[1].GetName(), u" B "_s);
-}
-
-TEST_F(MacroImplementTest, FailedRunLeavesOutputsAndKeepsTheErrorThroughLaterSuccess)
-{
-    CArray<CMacroParam> outputs = Outputs({"A", "B"});
-    ASSERT_EQ(m_macro.ExecuteScript(u"var A = 1;\r\nvar B = nope;"_s, outputs), 0);
-    EXPECT_EQ(Values(outputs), (QStringList{u"old"_s, u"old"_s}));
-    const QString error = u"Error: nope is not defined, var B = nope;; in line 3"_s;
-    EXPECT_EQ(m_macro.GetError(), error);
-    ASSERT_EQ(m_macro.ExecuteScript(u"var A = 1;"_s, outputs), 1);
-    EXPECT_EQ(m_macro.GetError(), error);
-    EXPECT_EQ(Values(outputs), (QStringList{u"1"_s, kMissing}));
-}
-
-TEST_F(MacroImplementTest, EachRunStartsAfreshAndStaysUntilTheNext)
-{
-    CArray<CMacroParam> outputs = Outputs({"First"});
-    ASSERT_EQ(m_macro.ExecuteScript(u"var First = 1; function helper() { return 2; }"_s, outputs), 1);
-    QString value;
-    m_macro.EvalParam(u"helper()"_s, value);
-    EXPECT_EQ(value, u"2"_s);
-    CArray<CMacroParam> second = Outputs({"First", "typeof helper"});
+    CArray<CMacroParam> second = Outputs({"A", "typeof helper"});
     ASSERT_EQ(m_macro.ExecuteScript(u"var Other = 1;"_s, second), 1);
     EXPECT_EQ(Values(second), (QStringList{kMissing, u"undefined"_s}));
 }
 
-TEST_F(MacroImplementTest, GlobalScriptServesEveryRunUntilCleared)
+TEST_F(MacroImplementTest, GlobalScriptServesEveryRunAndAFailureKeepsOutputsAndItsError)
 {
     m_macro.AddGlobalScript(u"function 加倍(x) { return x * 2; }"_s);
     const CArray<CMacroParam> inputs = Inputs({{"L", "21"}});
-    CArray<CMacroParam> outputs = Outputs({"A"});
-    for (int run = 0; run < 2; ++run)
-    {
-        ASSERT_EQ(m_macro.ExecuteScript(u"var A = 加倍(L);"_s, inputs, outputs), 1);
-        EXPECT_EQ(outputs[0].GetValue(), u"42"_s);
-    }
+    CArray<CMacroParam> outputs = Outputs({"A", "B"});
+    ASSERT_EQ(m_macro.ExecuteScript(u"var A = 加倍(L);\r\nvar B = nope;"_s, inputs, outputs), 0);
+    EXPECT_EQ(Values(outputs), (QStringList{u"old"_s, u"old"_s}));
+    const QString error = u"Error: nope is not defined, var B = nope;; in line 6"_s;
+    EXPECT_EQ(m_macro.GetError(), error);
+    ASSERT_EQ(m_macro.ExecuteScript(u"var A = 加倍(L);"_s, inputs, outputs), 1);
+    EXPECT_EQ(m_macro.GetError(), error); // a success does not clear it
+    EXPECT_EQ(Values(outputs), (QStringList{u"42"_s, kMissing}));
     m_macro.ClearGlobalScript();
     EXPECT_EQ(m_macro.ExecuteScript(u"var A = 加倍(L);"_s, inputs, outputs), 0);
     EXPECT_EQ(m_macro.GetError(), u"Error: 加倍 is not defined, var A = 加倍(L);; in line 4"_s);
 }
 
-TEST_F(MacroImplementTest, QuoteInATextInputIsASyntaxError)
+TEST_F(MacroImplementTest, ExecuteMacroFileRunsTheSettingsFileAndLeavesOutputsOnFailure)
 {
-    CArray<CMacroParam> outputs = Outputs({"T"});
-    ASSERT_EQ(m_macro.ExecuteScript(u"var A = T;"_s, Inputs({{"T", "a\"b", 0}}), outputs), 0);
-    const QString error = m_macro.GetError();
-    EXPECT_TRUE(error.startsWith(u"Error: "_s)) << error.toStdString();
-    EXPECT_TRUE(error.endsWith(u"var T = \"a\"b\";; in line 1"_s)) << error.toStdString();
-    EXPECT_EQ(outputs[0].GetValue(), u"old"_s);
-}
-
-TEST_F(MacroImplementTest, ExecuteMacroFileRunsTheSettingsFile)
-{
-    ASSERT_TRUE(QDir().mkpath(NativePath::Map(u"C:\\macros"_s)));
-    SaveMacro(u"C:\\macros\\m.xml"_s, u"C:\\macros\\m.js"_s, Inputs({{"L", "1200"}, {"G", "abc", 0}}), {"A", "B"},
-              "var A = L * 2;\r\nvar B = G;");
     CArray<CMacroParam> outputs = Outputs({"stale"});
-    ASSERT_EQ(m_macro.ExecuteMacroFile(u"C:\\macros\\m.xml"_s, outputs), 1) << m_macro.GetError().toStdString();
-    ASSERT_EQ(Values(outputs), (QStringList{u"2400"_s, u"abc"_s}));
-    EXPECT_EQ(outputs[0].GetName(), u"A"_s);
-    EXPECT_EQ(m_macro.GetLastScript(), u"var L = 1200;\r\nvar G = \"abc\";\r\n\r\n\r\nvar A = L * 2;\r\nvar B = G;"_s);
-}
-
-TEST_F(MacroImplementTest, ExecuteMacroFileLeavesOutputsOnFailure)
-{
-    CArray<CMacroParam> outputs = Outputs({"A"});
     EXPECT_EQ(m_macro.ExecuteMacroFile(HomeFile(u"missing.xml"_s), outputs), 0);
     SaveMacro(HomeFile(u"bad.xml"_s), HomeFile(u"bad.js"_s), {}, {"A"}, "throw 1;");
     EXPECT_EQ(m_macro.ExecuteMacroFile(HomeFile(u"bad.xml"_s), outputs), 0);
     EXPECT_EQ(Values(outputs), QStringList{u"old"_s});
     EXPECT_EQ(m_macro.GetError(), u"Error: uncaught exception: 1, throw 1;; in line 3"_s);
+    ASSERT_TRUE(QDir().mkpath(NativePath::Map(u"C:\\macros"_s)));
+    SaveMacro(u"C:\\macros\\m.xml"_s, u"C:\\macros\\m.js"_s, Inputs({{"L", "1200"}, {"G", "abc", 0}}), {"A", "B"},
+              "var A = L * 2;\r\nvar B = G;");
+    ASSERT_EQ(m_macro.ExecuteMacroFile(u"C:\\macros\\m.xml"_s, outputs), 1) << m_macro.GetError().toStdString();
+    ASSERT_EQ(Values(outputs), (QStringList{u"2400"_s, u"abc"_s}));
+    EXPECT_EQ(outputs[0].GetName(), u"A"_s);
+    EXPECT_EQ(m_macro.GetLastScript(), u"var L = 1200;\r\nvar G = \"abc\";\r\n\r\n\r\nvar A = L * 2;\r\nvar B = G;"_s);
 }
 } // namespace

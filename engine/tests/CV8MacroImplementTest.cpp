@@ -1,9 +1,7 @@
 #include "CJsParserOpr.h"
 #include "CParms.h"
-#include "CTimingLog.h"
 #include "CV8MacroImplement.h"
 #include "EngineTestSupport.h"
-#include "TestEnvironment.h"
 
 #include <gtest/gtest.h>
 
@@ -11,16 +9,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-class V8MacroImplementTest : public TempHomeTest
+class V8MacroImplementTest : public EngineTest
 {
 protected:
-    void SetUp() override
-    {
-        TempHomeTest::SetUp();
-        CJsParserOpr::Release();
-        CTimingLog::Instance().Clear();
-    }
-    void TearDown() override { CJsParserOpr::Release(); TempHomeTest::TearDown(); }
     static QStringList TimedLabels()
     {
         QStringList labels;
@@ -48,17 +39,10 @@ TEST_F(V8MacroImplementTest, RunsTheAssembledTextAndReadsTheOutputs)
     ASSERT_EQ(m_macro.ExecuteScript(u"var A = nope;"_s, inputs, outputs), 0);
     EXPECT_EQ(m_macro.GetError(), u"Error: nope is not defined, var A = nope;; in line 6"_s);
     EXPECT_EQ(Values(outputs), (QStringList{u"2400"_s, u"abc"_s, u"参数不存在"_s}));
-}
-
-TEST_F(V8MacroImplementTest, EarlierRunsStayVisible)
-{
+    // Later runs share the scope: what ran before stays visible.
     CArray<CMacroParam> none;
-    CArray<CMacroParam> outputs = Outputs({"Carry"});
-    ASSERT_EQ(m_macro.ExecuteScript(u"var Other = 1;"_s, none, outputs), 1);
-    EXPECT_EQ(outputs[0].GetValue(), u"参数不存在"_s);
-    ASSERT_EQ(m_macro.ExecuteScript(u"var Carry = 'first';"_s, none, outputs), 1);
     ASSERT_EQ(m_macro.ExecuteScript(u"var Other = 2;"_s, none, outputs), 1);
-    EXPECT_EQ(outputs[0].GetValue(), u"first"_s);
+    EXPECT_EQ(Values(outputs), (QStringList{u"2400"_s, u"abc"_s, u"参数不存在"_s}));
 }
 
 TEST_F(V8MacroImplementTest, EvalParamLooksUpTheTrimmedNameThenRunsItAsGiven)
@@ -71,19 +55,6 @@ TEST_F(V8MacroImplementTest, EvalParamLooksUpTheTrimmedNameThenRunsItAsGiven)
         QString value = u"untouched"_s;
         EXPECT_EQ(m_macro.EvalParam(U8(c[0]), value), 1);
         EXPECT_EQ(value, U8(c[1])) << c[0];
-    }
-}
-
-TEST(V8OutputExpressionTest, JoinsNamesWithBraces)
-{
-    const struct { QStringList names; const char* expected; } cases[] = {
-        {{}, ""}, {{"A"}, "A"}, {{" A ", "b.c"}, " A +\"}\"+\"{\"+b.c"}, {{"A", "B", "C"}, "A+\"}\"+\"{\"+B+\"}\"+\"{\"+C"}};
-    for (const auto& c : cases)
-    {
-        CParms outputs;
-        for (const QString& name : c.names)
-            outputs.AddParm(name, QString());
-        EXPECT_EQ(CV8MacroImplement::OutputExpression(outputs), U8(c.expected));
     }
 }
 
@@ -116,5 +87,77 @@ TEST_F(V8MacroImplementTest, ExecuteParmsWithoutOutputsAndItsFailure)
     ASSERT_EQ(m_macro.ExecuteParms(u"throw 'x';"_s, inputs, outputs), 0);
     EXPECT_EQ(m_macro.GetError(), u"Error: uncaught exception: x, throw 'x';; in line 5"_s);
     EXPECT_EQ(outputs.FindParm(u"A"_s)->GetParmValue(), u"a0"_s);
+}
+
+class JsParserOprTest : public EngineTest
+{
+protected:
+    static int Run(const char* script) { return CJsParserOpr::Instance()->Run(U8(script), m_result, m_error); }
+    // 1 and the value, or 0 and "untouched".
+    static std::pair<int, QString> Get(const char* name)
+    {
+        QString value = u"untouched"_s;
+        const int ok = CJsParserOpr::Instance()->GetParameter(U8(name), value);
+        return {ok, value};
+    }
+
+    static inline QString m_result, m_error;
+};
+
+TEST_F(JsParserOprTest, OneSharedScopeKeepsWhatRanBeforeAFailureUntilReleased)
+{
+    CJsParserOpr* first = CJsParserOpr::Instance();
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(CJsParserOpr::Instance(), first);
+    ASSERT_EQ(Run("var shared = 1;"), 1);
+    ASSERT_EQ(Run("var before = shared + 3;\r\nboom();"), 0);
+    EXPECT_EQ(Get("before"), std::make_pair(1, u"4"_s));
+    CJsParserOpr::Release();
+    CJsParserOpr::Release(); // twice is harmless
+    EXPECT_EQ(Get("before").first, 0);
+}
+
+TEST_F(JsParserOprTest, RunGivesTheValueOrTheErrorText)
+{
+    const struct { const char *script; int ok; const char *result, *error; } cases[] = {
+        {"var a = '钢';\r\na + '筋'", 1, "钢筋", "e"}, {"var b = 1;", 1, "undefined", "e"}, {"null", 1, "null", "e"},
+        {"var c = 1;\r\nc.d.e", 0, "r", "Error: c.d is undefined, c.d.e; in line 2"},
+        {"var = ;", 0, "r", "Error: missing variable name, var = ;; in line 1"},
+    };
+    for (const auto& c : cases)
+    {
+        m_result = u"r"_s;
+        m_error = u"e"_s;
+        EXPECT_EQ(Run(c.script), c.ok) << c.script;
+        EXPECT_EQ(m_result, U8(c.result)) << c.script;
+        EXPECT_EQ(m_error, U8(c.error)) << c.script;
+    }
+}
+
+TEST_F(JsParserOprTest, LongLivedScopeKeepsSourceLinesOfRecentTextsOnly)
+{
+    const char* recent = "function recent() {\r\n\r\n  return gone;\r\n}";
+    ASSERT_EQ(Run("function early() {\r\n  return missing;\r\n}"), 1);
+    ASSERT_EQ(Run(recent), 1);
+    EXPECT_EQ(Run("early()"), 0);
+    EXPECT_EQ(m_error, u"Error: missing is not defined,   return missing;; in line 2"_s);
+    for (int i = 0; i < 1100; ++i)
+        ASSERT_EQ(Run(i == 1000 ? recent : "1"), 1);
+    // The text that defined early() is long gone; its line number is not.
+    EXPECT_EQ(Run("early()"), 0);
+    EXPECT_EQ(m_error, u"Error: missing is not defined, ; in line 2"_s);
+    EXPECT_EQ(Run("recent()"), 0);
+    EXPECT_EQ(m_error, u"Error: gone is not defined,   return gone;; in line 3"_s);
+}
+
+TEST_F(JsParserOprTest, GetParameterReadsDeclaredNamesOnly)
+{
+    ASSERT_EQ(Run("var A = 2; var B = 3; let L = 'l'; var U; var 长 = 4;"), 1);
+    const struct { const char* name; int ok; const char* value; } cases[] = {
+        {"L", 1, "l"}, {"长", 1, "4"}, {"U", 1, "undefined"}, {"Missing", 0, "untouched"},
+        {" A", 0, "untouched"}, {"A + B", 0, "untouched"}, {"", 0, "untouched"}, {"A;B", 0, "untouched"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(Get(c.name), std::make_pair(c.ok, U8(c.value))) << c.name;
 }
 } // namespace

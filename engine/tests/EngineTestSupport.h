@@ -1,6 +1,11 @@
 #pragma once
 #include "CArray.h"
+#include "CJsParserOpr.h"
+#include "CJsRuntime.h"
 #include "CMacroParam.h"
+#include "CTimingLog.h"
+#include "HostContext.h"
+#include "TestEnvironment.h"
 
 #include <QStringList>
 #include <initializer_list>
@@ -18,11 +23,7 @@ inline CMacroParam Param(const QString& name, const QString& value, int type = 1
     return param;
 }
 
-struct ParamSpec
-{
-    QString name, value;
-    int type = 1;
-};
+struct ParamSpec { QString name, value; int type = 1; };
 inline CArray<CMacroParam> Inputs(std::initializer_list<ParamSpec> specs)
 {
     CArray<CMacroParam> params;
@@ -31,11 +32,12 @@ inline CArray<CMacroParam> Inputs(std::initializer_list<ParamSpec> specs)
     return params;
 }
 
-inline CArray<CMacroParam> Outputs(const QStringList& names, const QString& value = QStringLiteral("old"))
+// Outputs hold "old" until a run reads them.
+inline CArray<CMacroParam> Outputs(const QStringList& names)
 {
     CArray<CMacroParam> outputs;
     for (const QString& name : names)
-        outputs.Add(Param(name, value));
+        outputs.Add(Param(name, QStringLiteral("old")));
     return outputs;
 }
 
@@ -46,3 +48,27 @@ inline QStringList Values(const CArray<CMacroParam>& params)
         values << param.GetValue();
     return values;
 }
+
+// Every test starts without the shared parser scope or earlier timings, and
+// leaves the thread's engine as it found it: budget and heap limit put back.
+class EngineTest : public TempHomeTest
+{
+protected:
+    void SetUp() override
+    {
+        TempHomeTest::SetUp();
+        CJsParserOpr::Release();
+        CTimingLog::Instance().Clear();
+        m_heapLimit = CJsRuntime::Current()->HeapLimitBytes();
+    }
+    void TearDown() override
+    {
+        CJsRuntime::Current()->SetHeapLimitBytes(m_heapLimit);
+        SetBudget(HostContext::kDefaultScriptBudgetMs);
+        CJsParserOpr::Release();
+        TempHomeTest::TearDown();
+    }
+    static void SetBudget(int ms) { HostContext::Instance().SetScriptTimeBudgetMs(ms); }
+
+    std::uint32_t m_heapLimit = 0;
+};

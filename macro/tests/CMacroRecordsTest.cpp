@@ -45,15 +45,11 @@ TEST(CMacroTest, CopiesLeaveTheScriptFileBehind)
         assigned.InputParams().Add(Param("stale", "", 0));
     assigned = source;
     CMacro copy(source);
-    for (const CMacro* m : {&copy, &assigned}) {
-        EXPECT_EQ((QStringList{QString::number(m->GetId()), QString::number(m->GetType()), m->GetName(),
-                               m->GetDescription(), m->GetContent()}),
-                  (QStringList{"17", "4", "src", "d", "W = L * 2;"}));
-        ASSERT_EQ(m->InputParams().GetSize(), 2);
-        EXPECT_EQ(m->InputParams()[1].GetValue(), QStringLiteral("a"));
-        EXPECT_EQ(m->InputParams()[0].GetDataType(), 1);
-        ASSERT_EQ(m->OutputParams().GetSize(), 1);
-    }
+    for (const CMacro* m : {&copy, &assigned})
+        EXPECT_EQ((QStringList{QString::number(m->GetId()), QString::number(m->GetType()), m->GetName(), m->GetDescription(),
+                               m->GetContent(), m->InputParams()[1].GetValue(), QString::number(m->InputParams()[0].GetDataType()),
+                               QString::number(m->InputParams().GetSize() * 10 + m->OutputParams().GetSize())}),
+                  (QStringList{"17", "4", "src", "d", "W = L * 2;", "a", "1", "21"}));
     EXPECT_TRUE(copy.GetScriptFile().isEmpty());
     EXPECT_EQ(assigned.GetScriptFile(), QStringLiteral("D:\\mine.js"));
     // The copy's lists are its own; assigning to itself keeps everything.

@@ -58,10 +58,9 @@ TEST_F(TextFileTest, UnreadableFileShowsMessageAndKeepsText)
         EXPECT_FALSE(ReadTextFile(path, text));
         EXPECT_EQ(text, QStringLiteral("kept"));
         ASSERT_EQ(Ui().calls.size(), 1);
-        EXPECT_EQ(Ui().calls[0].kind, QStringLiteral("MessageBox"));
-        EXPECT_EQ(Ui().calls[0].text, QStringLiteral("不存在文件") + path);
-        EXPECT_TRUE(Ui().calls[0].caption.isEmpty());
-        EXPECT_EQ(Ui().calls[0].style, UIFunction::MB_OK);
+        const auto& call = Ui().calls[0]; // a message box without caption and with an OK button
+        EXPECT_EQ((QStringList{call.kind, call.text, call.caption, QString::number(call.style)}),
+                  (QStringList{"MessageBox", "不存在文件" + path, "", QString::number(UIFunction::MB_OK)}));
     }
 }
 

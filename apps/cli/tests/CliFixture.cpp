@@ -7,6 +7,7 @@
 
 #include <QProcess>
 #include <QRegularExpression>
+#include <numeric>
 
 namespace {
 
@@ -34,10 +35,8 @@ CliFixture::Outcome CliFixture::Run(QStringList args, const QProcessEnvironment&
     if (!process.waitForStarted(10000))
         return outcome;
     outcome.finished = process.waitForFinished(240000);
-    if (!outcome.finished) {
-        process.kill();
-        process.waitForFinished(5000);
-    }
+    if (!outcome.finished)
+        process.kill(); // QProcess waits for it on destruction
     outcome.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     outcome.out = QString::fromUtf8(process.readAllStandardOutput());
     outcome.err = QString::fromUtf8(process.readAllStandardError());
@@ -88,10 +87,8 @@ const QList<CSampleScripts::Script>& CliFixture::Samples()
 
 int CliFixture::SampleCaseCount()
 {
-    int count = 0;
-    for (const CSampleScripts::Script& script : Samples())
-        count += int(script.cases.size());
-    return count;
+    return std::accumulate(Samples().begin(), Samples().end(), 0,
+                           [](int n, const CSampleScripts::Script& script) { return n + int(script.cases.size()); });
 }
 
 void CliFixture::SetExpected(const QString& script, const QString& caseName, const QString& output, const QString& value)
@@ -99,14 +96,11 @@ void CliFixture::SetExpected(const QString& script, const QString& caseName, con
     QString text;
     CTestCaseInfoTable table;
     ASSERT_TRUE(CTestCaseStore::LoadTestCase(script, caseName, text, &table));
-    bool found = false;
-    for (int row = 1; row <= table.GetRowCount(); ++row) {
-        if (table.GetAsString(CTestCaseInfoTable::ParmName, row) == output) {
+    int found = 0;
+    for (int row = 1; row <= table.GetRowCount(); ++row)
+        if (table.GetAsString(CTestCaseInfoTable::ParmName, row) == output && ++found)
             table.SetAsString(CTestCaseInfoTable::ParmValue, row, value);
-            found = true;
-        }
-    }
-    ASSERT_TRUE(found) << output.toStdString();
+    ASSERT_GT(found, 0) << output.toStdString();
     ASSERT_TRUE(CTestCaseStore::SaveTestCase(script, caseName, text, &table));
 }
 

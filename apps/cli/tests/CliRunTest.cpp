@@ -1,6 +1,5 @@
 #include "CliFixture.h"
 
-#include "CNativeCoverage.h"
 #include "CTestCaseStore.h"
 #include "NativePath.h"
 
@@ -27,18 +26,13 @@ TEST_F(CliRunTest, FirstRunSeedsTheHomeAndEverySamplePasses)
     ASSERT_EQ(lines.size(), 2 * cases);
     EXPECT_EQ(lines.filter("发现错误:测试通过! ").size(), cases);
     EXPECT_EQ(lines.filter("发现错误:计算结果一致! ").size(), cases);
-    for (const QString& line : lines)
-        EXPECT_TRUE(WithoutStamp(line).startsWith("...脚本(")) << line.toStdString();
 
     // A seeded home is not seeded again; --script runs that script alone.
     const QString script = Samples().at(3).keyCh;
     const Outcome one = Run({"--script", script, "--quiet"});
-    EXPECT_EQ(one.exitCode, 0);
     EXPECT_TRUE(one.err.isEmpty()) << one.err.toStdString();
-    EXPECT_TRUE(one.out.contains("velmora-test: 1 scripts"));
-    const QStringList oneLines = ResultLines(one);
-    EXPECT_EQ(oneLines.size(), 2 * Samples().at(3).cases.size());
-    EXPECT_EQ(oneLines.filter("脚本(" + script + ")").size(), oneLines.size());
+    EXPECT_EQ(ResultLines(one).filter("脚本(" + script + ")").size(), 2 * Samples().at(3).cases.size());
+    EXPECT_EQ(Counts(one), std::make_pair(int(Samples().at(3).cases.size()), 0));
 }
 
 // A mismatch, an engine error, a script without cases and one that never
@@ -66,21 +60,9 @@ TEST_F(CliRunTest, FaultsFailTheRunAndEveryJobCountWritesTheSameFile)
         EXPECT_TRUE(run.out.contains("FAILED " + sample + " / 直径25.tx: 计算结果不一致!"));
         EXPECT_TRUE(run.out.contains("junit file: " + junit));
 
+        // The lines themselves are the test service's; here they must come out the same for any job count.
         const QStringList lines = ResultLines(run);
-        const int at = int(lines.indexOf(QRegularExpression(".*\\(直径25\\.tx\\)发现错误:计算结果不一致! $")));
-        ASSERT_GE(at, 0);
-        ASSERT_GT(lines.size(), at + 3);
-        const QString table = lines.mid(at + 1, 5).join('\n');
-        for (const char* cell : {"NewParmValue", "3.9", "3.856"})
-            EXPECT_TRUE(table.contains(cell)) << cell;
         EXPECT_EQ(lines.filter("测试通过!").size(), passed);
-        const QStringList engine = lines.filter("脚本(梁\\坏脚本.js)检测测试(one.tx)发现错误:");
-        ASSERT_EQ(engine.size(), 1);
-        EXPECT_TRUE(engine[0].contains("Error") && engine[0].contains("; in line ")) << engine[0].toStdString();
-        EXPECT_EQ(lines.filter("脚本(" + uncased + ")检测测试()发现错误:没有测试用例! ").size(), 1);
-        const QStringList hang = lines.filter("脚本(梁\\死循环.js)检测测试(one.tx)发现错误:");
-        ASSERT_EQ(hang.size(), 1);
-        EXPECT_FALSE(hang[0].contains("测试通过!"));
         QStringList unstamped;
         for (const QString& line : lines)
             unstamped << WithoutStamp(line);
@@ -91,22 +73,9 @@ TEST_F(CliRunTest, FaultsFailTheRunAndEveryJobCountWritesTheSameFile)
         // The JUnit file parses back: one test per case, script-level ones included.
         QDomDocument doc;
         ASSERT_TRUE(doc.setContent(ReadBytes(junit)));
-        const QDomElement root = doc.documentElement();
-        EXPECT_EQ(root.attribute("tests").toInt(), passed + 4);
-        EXPECT_EQ(root.attribute("failures").toInt(), 4);
-        const QDomNodeList cases = root.elementsByTagName("testcase");
-        ASSERT_EQ(cases.size(), passed + 4);
-        int mismatches = 0;
-        for (int i = 0; i < cases.size(); ++i) {
-            const QDomElement testCase = cases.at(i).toElement();
-            const QDomElement failure = testCase.firstChildElement("failure");
-            if (testCase.attribute("classname") != sample || failure.isNull())
-                continue;
-            ++mismatches;
-            EXPECT_EQ(testCase.attribute("name"), "直径25.tx");
-            EXPECT_TRUE(failure.text().contains(QRegularExpression("\\| W +\\| 3\\.9 +\\| 3\\.856 +\\|"))) << failure.text().toStdString();
-        }
-        EXPECT_EQ(mismatches, 1);
+        EXPECT_EQ(doc.documentElement().attribute("tests").toInt(), passed + 4);
+        EXPECT_EQ(doc.elementsByTagName("failure").size(), 4);
+        EXPECT_TRUE(doc.toString().contains(QRegularExpression("\\| W +\\| 3\\.9 +\\| 3\\.856 +\\|"))); // the mismatch table
     }
 }
 
@@ -127,10 +96,6 @@ TEST_F(CliRunTest, CoverageIsTheSameFromOneJobAndFromAllCores)
         const QString lcov = QString::fromUtf8(ReadBytes(dir + "/lcov.info")).replace(dir, "DIR");
         EXPECT_EQ(lcov.count("end_of_record"), Samples().size() + 1);
         EXPECT_EQ(lcov.count("/GlobalFun.txt\n"), 1);
-        for (const CSampleScripts::Script& script : Samples())
-            EXPECT_EQ(lcov.count("SF:DIR/source/" + CTestCaseStore::SanitizeScriptName(script.keyCh) + "/"
-                                 + CNativeCoverage::ScriptFileName(script.keyCh) + "\n"), 1)
-                << script.keyCh.toStdString();
         if (reference.isEmpty())
             reference = lcov;
         EXPECT_EQ(lcov, reference);

@@ -39,25 +39,18 @@ TEST_F(CliSetupErrorTest, BadOptionsAndUnusableFoldersStopBeforeAnything)
     EXPECT_FALSE(QFileInfo::exists(HostContext::Instance().SystemDatabase())); // nothing seeded by the failed starts
 }
 
-TEST_F(CliSetupErrorTest, UnknownScriptAndOptionsOverTheEnvironment)
+// On a seeded home: an unknown script stops the run; options win over the environment; a home
+// pointed at another's database and case folder seeds neither.
+TEST_F(CliSetupErrorTest, UnknownScriptOptionsOverTheEnvironmentAndOwnDatabaseNeverSeeded)
 {
     Seed();
     ExpectSetupError(Run({"--script", "梁\\没有.js"}), "梁\\没有.js");
-    // The option names the real home; the environment's missing one is ignored.
-    QProcessEnvironment env;
-    env.insert("VELMORA_HOME", HomeFile("elsewhere"));
-    const Outcome run = Run({"--quiet"}, env);
-    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
-}
-
-TEST_F(CliSetupErrorTest, OwnDatabaseAndCaseFolderAreNeverSeeded)
-{
-    Seed();
-    // Point a second home at the first home's database and case folder.
     const QString other = HomeFile("other");
     ASSERT_TRUE(QDir().mkpath(other));
+    QProcessEnvironment env;
+    env.insert("VELMORA_HOME", HomeFile("elsewhere")); // missing: it would fail if it were read
     const Outcome run = Run({"--quiet", "--home", other, "--system-db", HostContext::Instance().SystemDatabase(), "--cases",
-                             HostContext::Instance().TestCaseRoot()});
+                             HostContext::Instance().TestCaseRoot()}, env);
     EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
     EXPECT_EQ(Counts(run), std::make_pair(SampleCaseCount(), 0));
     EXPECT_TRUE(ResultPath(run).startsWith(other + "/drives/c/"));
