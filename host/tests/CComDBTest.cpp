@@ -72,30 +72,25 @@ TEST_P(ComDBTest, FailedOrCompoundStatementsChangeNothingAndLeaveTheConnectionUs
 TEST_P(ComDBTest, UpdateBlobPlacesTheBytesOnlyInTheOneContentRowNamed)
 {
     ASSERT_TRUE(m_db->ExecuteNonQuery(u"insert into t (ID, CONTENT) values (5, 'old'), (6, 'other')"_s));
-    const QByteArray odd("a 'quoted'; drop table t; --\r\n\xe9");
+    const QByteArray odd("a 'quoted'; drop table t; --\r\n\xe9"); // zero bytes: the macro store tests
     const auto* oddBytes = reinterpret_cast<const unsigned char*>(odd.constData());
-    const unsigned char zero[] = {'a', 'b', 0, 'c', 'd'};
+    const unsigned char ab[] = {'a', 'b'};
     const QString row5 = u"update t set CONTENT = '' where ID=5"_s;
     // content: row 5's afterwards.
     const struct { QString sql; const unsigned char* bytes; int count; bool ok; QString content; } cases[] = {
         {"update t set CONTENT = 'a 'quoted'; where ID=6' where ID=5", oddBytes, int(odd.size()), true,
          u"a 'quoted'; drop table t; --\r\n\u00e9"_s},
-        {row5, zero, 1, true, "a"}, {row5, zero, 0, true, ""}, {"update t set CONTENT = 'x' where ID=2", zero, 1, false, ""},
-        {"update t set NAME = 'x' where ID=5", zero, 1, false, ""}, {"update t set CONTENT = 'x'", zero, 1, false, ""},
-        {"update t set CONTENT = 'x' where ID=5 or 1=1", zero, 1, false, ""},
-        {"update nope set CONTENT = 'x' where ID=5", zero, 1, false, ""}, {row5, nullptr, 1, false, ""},
-        {row5, zero, -1, false, ""}};
+        {row5, ab, 1, true, "a"}, {row5, ab, 0, true, ""}, {"update t set CONTENT = 'x' where ID=2", ab, 1, false, ""},
+        {"update t set NAME = 'x' where ID=5", ab, 1, false, ""}, {"update t set CONTENT = 'x'", ab, 1, false, ""},
+        {"update t set CONTENT = 'x' where ID=5 or 1=1", ab, 1, false, ""},
+        {"update nope set CONTENT = 'x' where ID=5", ab, 1, false, ""}, {row5, nullptr, 1, false, ""},
+        {row5, ab, -1, false, ""}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.sql.toStdString() + " count " + std::to_string(c.count));
         EXPECT_EQ(m_db->UpdateBlob(c.sql, c.bytes, c.count), c.ok) << m_db->GetError().toStdString();
         EXPECT_EQ(Value(u"select CONTENT from t where ID = 5"_s), c.content);
         EXPECT_EQ(Value(u"select CONTENT from t where ID = 6"_s), u"other"_s);
     }
-    // Every byte is kept, a zero byte too; a PostgreSQL text cannot hold one,
-    // so the call fails there rather than cut the text.
-    const bool sqlite = GetParam() == DbBackend::SQLite;
-    EXPECT_EQ(m_db->UpdateBlob(row5, zero, 5), sqlite);
-    EXPECT_EQ(Value(u"select CONTENT from t where ID = 5"_s), sqlite ? QString::fromUtf16(u"ab\u0000cd", 5) : QString());
 }
 
 TEST_P(ComDBTest, RefusesCallsFromAnotherThreadAndReconnectsUnderItsName)

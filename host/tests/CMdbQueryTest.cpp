@@ -8,8 +8,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString kCrLf = u"\r\n"_s;
-
 class MdbFixtureTest : public AccessFixtureTest
 {
 protected:
@@ -31,7 +29,7 @@ protected:
     QString m_error;
 };
 
-TEST_F(MdbFixtureTest, ReadsTablesInStorageOrderWithNullsAndNumbers)
+TEST_F(MdbFixtureTest, ReadsTablesWithTheirColumnsAndNumbers)
 {
     EXPECT_EQ(m_db.GetTableNames().size(), 2);
     EXPECT_TRUE(m_db.GetTableNames().contains(u"Users"_s));
@@ -39,13 +37,8 @@ TEST_F(MdbFixtureTest, ReadsTablesInStorageOrderWithNullsAndNumbers)
     QList<QVariantList> rows;
     ASSERT_TRUE(m_db.ReadTable(u"macros"_s, columns, rows)) << m_db.GetError().toStdString();
     EXPECT_EQ(columns, QStringList({"key_ch", "key_en", "content", "description"}));
-    ASSERT_EQ(rows.size(), 4);
-    EXPECT_EQ(rows[0][0].toString(), u"通用脚本\\钢筋重量.js"_s);
-    EXPECT_EQ(rows[0][2].toString(), "// 钢筋每米重量 (kg/m)" + kCrLf + "var W = 0.00617 * d * d;" + kCrLf);
+    ASSERT_EQ(rows.size(), 4); // contents, nulls and storage order: the macro table tests read the same file
     EXPECT_EQ(rows[1][3].toString(), u"矩形箍筋下料长度"_s);
-    EXPECT_TRUE(rows[2][3].isNull());
-    EXPECT_FALSE(rows[3][2].isNull());
-    EXPECT_EQ(rows[3][2].toString(), QString());
     ASSERT_TRUE(m_db.ReadTable(u"Users"_s, columns, rows));
     ASSERT_EQ(rows.size(), 3);
     EXPECT_EQ(rows[0][0].typeId(), QMetaType::LongLong);
