@@ -23,9 +23,6 @@ TEST(NDbDataSetSqlTest, FormsTheSelectFromItsDeclaration)
     EXPECT_EQ(set.GetSQL(), u"select id, name from SC_MACRO_DEFINE where ID =3 AND TYPE=0"_s);
     set.SetWhere(u"where ID =4"_s, 1);
     EXPECT_EQ(set.GetWhere(), u"where ID =4"_s);
-    EXPECT_TRUE(set.SetFieldPK(1, true));
-    EXPECT_TRUE(set.IsFieldPK(1) && !set.IsFieldPK(0));
-    EXPECT_FALSE(set.SetFieldPK(2, true));
 }
 
 class DbDataSetTest : public DbBackendTest
