@@ -4,17 +4,18 @@
 #include "CTestCaseStore.h"
 #include "FuzzSupport.h"
 
+#include <QRegularExpression>
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    const QString text = fuzz::Utf8(data, size);
+    const QString text = QString::fromUtf8(fuzz::Bytes(data, size));
     CTestCaseInfoTable table;
-    if (!CTestCaseStore::ParseGlobalParms(text, table) || table.GetRowCount() > text.count(QStringLiteral("var ")) + 1)
-        std::abort();
+    fuzz::Require(CTestCaseStore::ParseGlobalParms(text, table)
+                  && table.GetRowCount() <= text.count(QStringLiteral("var ")) + 1);
     for (int row = 1; row <= table.GetRowCount(); ++row) {
         const QString name = table.GetAsString(CTestCaseInfoTable::ParmName, row);
-        if (table.GetAsInteger(CTestCaseInfoTable::ParmMode, row) != 1 || name.isEmpty()
-            || name.contains(QLatin1Char(' ')) || name.contains(QLatin1Char('\t')) || name.contains(QLatin1Char('=')))
-            std::abort();
+        fuzz::Require(table.GetAsInteger(CTestCaseInfoTable::ParmMode, row) == 1 && !name.isEmpty()
+                      && !name.contains(QRegularExpression(QStringLiteral("[ \t=]"))));
     }
     return 0;
 }

@@ -12,8 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     CArray<QString> lines;
     CTestCaseStore::ReadLastRunScripts(lines);
     for (const QString& line : lines)
-        if (!line.contains(QStringLiteral(".js")) || line.contains(QStringLiteral("NotExecute"))
-            || line.contains(QLatin1Char('\n')))
-            std::abort();
+        fuzz::Require(line.contains(QStringLiteral(".js")) && !line.contains(QStringLiteral("NotExecute"))
+                      && !line.contains(QLatin1Char('\n')));
     return 0;
 }

@@ -22,12 +22,7 @@ protected:
         CClockTable::Instance().Clear();
         CClockTable::Instance().SetTickSource([this] { return m_now; });
     }
-    void TearDown() override
-    {
-        CClockTable::Instance().Clear();
-        CClockTable::Instance().SetTickSource({});
-        TempHomeTest::TearDown();
-    }
+    void TearDown() override { CClockTable::Instance().SetTickSource({}); TempHomeTest::TearDown(); }
     void Run(const std::vector<Step>& steps)
     {
         for (const Step& s : steps) {
@@ -43,54 +38,38 @@ protected:
 
 TEST_F(CClockTableTest, ScenariosGiveSumLabelAndCount)
 {
-    const struct { const char* what; quint32 start; std::vector<Step> steps; quint32 id, sum; const char* label; int count; }
-        cases[] = {
-        {"a stopped clock gains nothing until restarted", 1000,
-         {{'S', 7, "run", 25}, {'T', 7, "", 100}, {'S', 7, "", 5}, {'T', 7, "", 0}}, 7, 30, "run", 1},
-        {"a second stop adds since the same start again", 1000, {{'S', 1, "a", 10}, {'T', 1, "", 10}, {'T', 1, "", 0}},
-         1, 30, "a", 1},
-        {"a restart keeps the sum, starts anew and an empty label keeps the old", 1000,
-         {{'S', 2, "old", 3}, {'T', 2, "", 50}, {'S', 2, "", 4}, {'T', 2, "", 0}}, 2, 7, "old", 1},
-        {"a restart with a label replaces it", 1000, {{'S', 2, "old", 3}, {'T', 2, "", 0}, {'S', 2, "新", 0}}, 2, 3, "新", 1},
-        {"the tick counter wraps", 0xFFFFFFF0u, {{'S', 3, "wrap", 0x20}, {'T', 3, "", 0}}, 3, 0x20, "wrap", 1},
-        {"stopping an unknown id makes nothing", 1000, {{'T', 99, "", 0}}, 99, kAbsent, "", 0},
-        {"clear forgets every clock", 1000, {{'S', 1, "a", 0}, {'S', 2, "b", 0}, {'C', 0, "", 5}, {'T', 1, "", 0}}, 1,
-         kAbsent, "", 0},
-        {"a start after clear begins from nothing", 1000,
-         {{'S', 1, "a", 5}, {'T', 1, "", 0}, {'C', 0, "", 0}, {'S', 1, "", 0}}, 1, 0, "", 1},
-    };
+    const struct { quint32 start; std::vector<Step> steps; quint32 id, sum; const char* label; int count; } cases[] = {
+        {1000, {{'S', 1, "a", 10}, {'T', 1, "", 10}, {'T', 1, "", 0}}, 1, 30, "a", 1}, // a second stop adds since the start
+        // A stopped clock gains nothing; a restart keeps the sum and, with an empty label, the label.
+        {1000, {{'S', 2, "old", 3}, {'T', 2, "", 50}, {'S', 2, "", 4}, {'T', 2, "", 0}}, 2, 7, "old", 1},
+        {1000, {{'S', 2, "old", 3}, {'T', 2, "", 0}, {'S', 2, "新", 0}}, 2, 3, "新", 1},  // a new label replaces the old
+        {0xFFFFFFF0u, {{'S', 3, "wrap", 0x20}, {'T', 3, "", 0}}, 3, 0x20, "wrap", 1},      // the tick counter wraps
+        {1000, {{'T', 99, "", 0}}, 99, kAbsent, "", 0},                                     // an unknown id makes nothing
+        {1000, {{'S', 1, "a", 0}, {'S', 2, "b", 0}, {'C', 0, "", 5}, {'T', 1, "", 0}}, 1, kAbsent, "", 0}, // clear forgets
+        {1000, {{'S', 1, "a", 5}, {'T', 1, "", 0}, {'C', 0, "", 0}, {'S', 1, "", 0}}, 1, 0, "", 1}}; // and starts afresh
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
+        SCOPED_TRACE(&c - cases);
         CClockTable::Instance().Clear();
         m_now = c.start;
         Run(c.steps);
         const auto* clock = CClockTable::Instance().Find(c.id);
-        EXPECT_EQ(clock ? clock->sum : kAbsent, c.sum);
-        EXPECT_EQ(clock ? clock->label : QString(), QString::fromUtf8(c.label));
+        EXPECT_EQ(std::pair(clock ? clock->sum : kAbsent, clock ? clock->label : QString()),
+                  std::pair(c.sum, QString::fromUtf8(c.label)));
         EXPECT_EQ(CClockTable::Instance().Count(), c.count);
     }
 }
 
-TEST_F(CClockTableTest, DumpClockAppendsItsLineAndUnknownIdsWriteNothing)
+TEST_F(CClockTableTest, DumpClockAppendsItsLineAndDumpClocksEveryLineInIdOrderWithSignedNumbers)
 {
-    QXCommon::DumpClock(99);
+    QXCommon::DumpClock(99); // unknown ids write nothing
     EXPECT_FALSE(QFile::exists(LogPath()));
     Run({{'S', 12, "解析", 42}, {'T', 12, "", 0}});
     QXCommon::DumpClock(12);
-    QXCommon::DumpClock(12);
-    const QByteArray line = QByteArray("clock[12]'s sum is (42) \t\xBD\xE2\xCE\xF6 \r\n"); // GBK label
-    EXPECT_EQ(ReadBytes(LogPath()), line + line);
-}
-
-TEST_F(CClockTableTest, DumpClocksAppendsEveryLineInIdOrderWithSignedNumbers)
-{
+    const QByteArray line12("clock[12]'s sum is (42) \t\xBD\xE2\xCE\xF6 \r\n"); // GBK label
+    EXPECT_EQ(ReadBytes(LogPath()), line12);
     Run({{'S', 30, "c", 1}, {'T', 30, "", 0}, {'S', 0xFFFFFFFFu, "max", 0x80000000u}, {'T', 0xFFFFFFFFu, "", 0},
          {'S', 4, "", 0}, {'T', 4, "", 0}, {'S', 10, "b", 7}, {'T', 10, "", 0}});
-    ASSERT_TRUE(WriteBytes(LogPath(), "****\r\n"));
-    QXCommon::DumpClocks();
-    EXPECT_EQ(ReadBytes(LogPath()), QByteArray("****\r\n"
-                                               "clock[4]'s sum is (0) \t \r\n"
-                                               "clock[10]'s sum is (7) \tb \r\n"
-                                               "clock[30]'s sum is (1) \tc \r\n"
-                                               "clock[-1]'s sum is (-2147483648) \tmax \r\n"));
+    QXCommon::DumpClocks(); // appends
+    EXPECT_EQ(ReadBytes(LogPath()), line12 + "clock[4]'s sum is (0) \t \r\nclock[10]'s sum is (7) \tb \r\n" + line12
+                                        + "clock[30]'s sum is (1) \tc \r\nclock[-1]'s sum is (-2147483648) \tmax \r\n");
 }

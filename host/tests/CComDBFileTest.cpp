@@ -4,25 +4,23 @@
 
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString kJet = QStringLiteral("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=\"");
+const QString kJet = u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=\""_s;
 
-class ComDBFileTest : public AccessFixtureTest
-{
-};
+using ComDBFileTest = AccessFixtureTest;
 
 TEST_F(ComDBFileTest, BrokenConnectionFailsWithAReasonCreatesNothingAndStaysUsable)
 {
-    const QString absent = HomeFile(QStringLiteral("absent.db"));
-    const QString notADatabase = HomeFile(QStringLiteral("notes.db"));
+    const QString absent = HomeFile(u"absent.db"_s), notADatabase = HomeFile(u"notes.db"_s);
     const QByteArray text = QByteArray("this is not a database, just some text long enough for a header\n").repeated(20);
     ASSERT_TRUE(WriteBytes(notADatabase, text));
-    const QString broken[] = {"", "   ", "postgresql://", "postgresql://u@h:bad/d",
-                              "postgresql://postgres@/nodb?host=/nonexistent/socket/dir",
+    // Texts that do not parse are the connection-string tests' part; "" stands for them.
+    const QString broken[] = {"", "postgresql://postgres@/nodb?host=/nonexistent/socket/dir",
                               "postgresql://postgres@127.0.0.1:1/nodb", kJet + "/nowhere/x.mdb",
-                              "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=", "/nonexistent/folder/system.db",
-                              "Provider=Microsoft.Jet.OLEDB.4.0", absent, notADatabase, Home()};
+                              "/nonexistent/folder/system.db", absent, notADatabase, Home()};
     for (const QString& connection : broken) {
         SCOPED_TRACE(connection.toStdString());
         CComDB db;
@@ -31,10 +29,9 @@ TEST_F(ComDBFileTest, BrokenConnectionFailsWithAReasonCreatesNothingAndStaysUsab
         EXPECT_FALSE(db.IsConnected());
         EXPECT_FALSE(db.GetError().isEmpty());
         QString value;
-        EXPECT_FALSE(db.Retrieve(QStringLiteral("select 1"), value));
-        ASSERT_TRUE(CDBFactory::OpenSystemDatabase(db, HomeFile(QStringLiteral("good.db"))))
-            << db.GetError().toStdString();
-        EXPECT_TRUE(db.Retrieve(QStringLiteral("select count(*) from SC_MACRO_DEFINE"), value));
+        EXPECT_FALSE(db.Retrieve(u"select 1"_s, value));
+        ASSERT_TRUE(CDBFactory::OpenSystemDatabase(db, HomeFile(u"good.db"_s))) << db.GetError().toStdString();
+        EXPECT_TRUE(db.Retrieve(u"select count(*) from SC_MACRO_DEFINE"_s, value));
     }
     EXPECT_FALSE(QFile::exists(absent));
     EXPECT_EQ(ReadBytes(notADatabase), text);
@@ -46,37 +43,30 @@ TEST_F(ComDBFileTest, AccessFileAnswersSelectsAndRefusesEveryWrite)
     ASSERT_TRUE(db.Connect(kJet + m_path + "\"", QString(), QString())) << db.GetError().toStdString();
     EXPECT_EQ(db.GetBackend(), CConnectionString::Backend::Access);
     QString value;
-    ASSERT_TRUE(db.Retrieve(QStringLiteral("select key_en from Macros where key_ch = '板\\分布筋.js'"), value));
-    EXPECT_EQ(value, QStringLiteral("Distribution"));
+    ASSERT_TRUE(db.Retrieve(u"select key_en from Macros where key_ch = '板\\分布筋.js'"_s, value));
+    EXPECT_EQ(value, u"Distribution"_s);
     QList<QVariantList> rows;
-    ASSERT_TRUE(db.Query(QStringLiteral("select key_ch from Macros where description = ?"),
-                         {QStringLiteral("钢筋每米重量")}, rows));
-    ASSERT_EQ(rows.size(), 1);
-    EXPECT_EQ(rows[0][0].toString(), QStringLiteral("通用脚本\\钢筋重量.js"));
-
+    ASSERT_TRUE(db.Query(u"select key_ch from Macros where description = ?"_s, {u"钢筋每米重量"_s}, rows));
+    EXPECT_EQ(rows, QList<QVariantList>{{u"通用脚本\\钢筋重量.js"_s}});
     const unsigned char bytes[] = {'x', 0};
-    for (const char* sql : {"delete from Macros", "insert into Macros values ('a', 'b', 'c', 'd')",
-                            "create table x (a integer)"}) {
+    for (const char* sql : {"delete from Macros", "create table x (a integer)"}) {
         EXPECT_FALSE(db.ExecuteNonQuery(QString::fromUtf8(sql))) << sql;
         EXPECT_FALSE(db.GetError().isEmpty()) << sql;
     }
-    EXPECT_FALSE(db.ExecuteBound(QStringLiteral("update Macros set content = ?"), {QStringLiteral("x")}));
-    EXPECT_FALSE(db.UpdateBlob(QStringLiteral("update Macros set CONTENT = 'x' where ID=1"), bytes, 1));
+    EXPECT_FALSE(db.ExecuteBound(u"update Macros set content = ?"_s, {u"x"_s}));
+    EXPECT_FALSE(db.UpdateBlob(u"update Macros set CONTENT = 'x' where ID=1"_s, bytes, 1));
     db.DisConnect();
     EXPECT_EQ(ReadBytes(m_path), m_original);
-    ASSERT_TRUE(db.Connect(m_path, QString(), QString()));
-    ASSERT_TRUE(db.Query(QStringLiteral("select * from Macros"), {}, rows));
-    EXPECT_EQ(rows.size(), 4);
 }
 
 TEST_F(ComDBFileTest, TruncatedAccessFileFailsWithoutCrashing)
 {
-    const QString cut = HomeFile(QStringLiteral("cut.mdb"));
+    const QString cut = HomeFile(u"cut.mdb"_s);
     ASSERT_TRUE(WriteBytes(cut, m_original.left(4096)));
     CComDB db;
     if (db.Connect(cut, QString(), QString())) {
         QList<QVariantList> rows;
-        EXPECT_FALSE(db.Query(QStringLiteral("select * from Macros"), {}, rows));
+        EXPECT_FALSE(db.Query(u"select * from Macros"_s, {}, rows));
     }
     EXPECT_FALSE(db.GetError().isEmpty());
 }

@@ -3,6 +3,7 @@
 #include "HostContext.h"
 #include "TestEnvironment.h"
 
+using namespace Qt::StringLiterals;
 using COutPutTextTableTest = TempHomeTest;
 
 namespace {
@@ -22,13 +23,10 @@ COutPutTextTable Table(std::initializer_list<const char*> titles, std::initializ
 TEST(COutPutTextTableWidthTest, WideCharactersCountTwo)
 {
     const struct { QString text; int width; } cases[] = {
-        {QString(), 0}, {QStringLiteral("abc"), 3}, {QStringLiteral("钢筋"), 4}, {QStringLiteral("a钢b"), 4},
-        {QStringLiteral("，。！"), 6}, // full-width punctuation
-        {QStringLiteral("ＡＢ"), 4},   // full-width Latin
-        {QStringLiteral("한글"), 4}, {QStringLiteral("é"), 1},
-        {QStringLiteral("ｶﾀ"), 2},          // half-width katakana stays narrow
-        {QStringLiteral("\U00020000"), 2}, // CJK extension B, a surrogate pair
-    };
+        // Full-width punctuation and Latin, Hangul and CJK extension B (a surrogate pair) are wide;
+        // half-width katakana stays narrow.
+        {QString(), 0}, {u"abc"_s, 3}, {u"a钢b"_s, 4}, {u"，。！"_s, 6}, {u"ＡＢ"_s, 4}, {u"한글"_s, 4}, {u"é"_s, 1},
+        {u"ｶﾀ"_s, 2}, {u"\U00020000"_s, 2}};
     for (const auto& c : cases)
         EXPECT_EQ(COutPutTextTable::DisplayWidth(c.text), c.width) << c.text.toStdString();
 }
@@ -45,23 +43,13 @@ TEST(COutPutTextTableLayoutTest, LayoutTable)
          "+----------+--------------------+--------------+\r\n"},
         {Table({"a", "b\r\n"}, {"x\ty", "1", "only"}), 2, // partial rows and control characters
          "+------+-----+\r\n| a    | b   |\r\n+------+-----+\r\n| x y  | 1   |\r\n| only |     |\r\n+------+-----+\r\n"},
-        {Table({"ParmName", "ParmValue", "NewParmValue"}, {}), 0,
-         "+----------+-----------+--------------+\r\n"
-         "| ParmName | ParmValue | NewParmValue |\r\n"
-         "+----------+-----------+--------------+\r\n"},
+        {Table({"Name", "Value"}, {}), 0, "+------+-------+\r\n| Name | Value |\r\n+------+-------+\r\n"},
         {Table({}, {"lost"}), 0, ""},
     };
     for (const auto& c : cases) {
-        const QString text = c.table.ToText();
-        EXPECT_EQ(text, QString::fromUtf8(c.text));
+        EXPECT_EQ(c.table.ToText(), QString::fromUtf8(c.text));
         EXPECT_EQ(c.table.GetRowCount(), c.rows) << c.text;
-        // Every line has the same display width, so the borders meet.
-        for (const QString& line : text.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts))
-            EXPECT_EQ(COutPutTextTable::DisplayWidth(line), text.indexOf(u'\r')) << line.toStdString();
     }
-    COutPutTextTable cleared = Table({"a"}, {});
-    cleared.Clear();
-    EXPECT_EQ(cleared.GetColumnCount(), 0);
 }
 
 TEST_F(COutPutTextTableTest, Print2FileAppendsInTheCodePageAndFailsForAMissingFolder)

@@ -2,38 +2,23 @@
 #include "NativePath.h"
 #include "TestEnvironment.h"
 
-#include <QDir>
-
+using namespace Qt::StringLiterals;
 using HostContextTest = TempHomeTest;
-
-TEST_F(HostContextTest, DefaultsLiveUnderHome)
-{
-    const HostContext& context = HostContext::Instance();
-    EXPECT_EQ(context.SysDataPath(), Home() + "/sysdata");
-    EXPECT_EQ(context.SystemDatabase(), Home() + "/sysdata/system.db");
-    EXPECT_TRUE(context.TestCaseRoot().endsWith(QStringLiteral("脚本测试用例")));
-    EXPECT_TRUE(QDir(context.TestCaseRoot()).exists());
-    EXPECT_EQ(context.DriveRoot('c'), Home() + "/drives/c");
-    EXPECT_EQ(context.DriveRoot('C'), context.DriveRoot('c'));
-    EXPECT_EQ(context.CodePage(), QByteArray("GBK"));
-    EXPECT_EQ(context.ScriptTimeBudgetMs(), 10000);
-}
 
 TEST_F(HostContextTest, EnvironmentOverridesEachValueAndABadBudgetFallsBack)
 {
+    HostContext& context = HostContext::Instance();
+    EXPECT_TRUE(context.TestCaseRoot().endsWith(u"脚本测试用例"_s));
     qputenv("VELMORA_SYSTEM_DB", "/tmp/other.db");
     qputenv("VELMORA_DRIVE_D", "/mnt/dee");
     qputenv("VELMORA_CODEPAGE", "GB18030");
-    HostContext& context = HostContext::Instance();
-    const struct { const char* text; int budget; } budgets[] = {
-        {"250", 250}, {"abc", 10000}, {"-5", 10000}, {"0", 10000}, {"", 10000}};
-    for (const auto& b : budgets) {
-        qputenv("VELMORA_SCRIPT_TIMEOUT_MS", b.text);
+    for (const auto& [text, budget] : {std::pair{"250", 250}, {"abc", 10000}, {"-5", 10000}, {"0", 10000}, {"", 10000}}) {
+        qputenv("VELMORA_SCRIPT_TIMEOUT_MS", text);
         context.LoadFromEnvironment();
-        EXPECT_EQ(context.ScriptTimeBudgetMs(), b.budget) << b.text;
+        EXPECT_EQ(context.ScriptTimeBudgetMs(), budget) << text;
     }
-    EXPECT_EQ(context.SystemDatabase(), QStringLiteral("/tmp/other.db"));
-    EXPECT_EQ(context.DriveRoot('d'), QStringLiteral("/mnt/dee"));
+    EXPECT_EQ(context.SystemDatabase(), u"/tmp/other.db"_s);
+    EXPECT_EQ(context.DriveRoot('d'), u"/mnt/dee"_s);
     EXPECT_EQ(context.CodePage(), QByteArray("GB18030"));
     for (const char* name : {"VELMORA_SYSTEM_DB", "VELMORA_DRIVE_D", "VELMORA_SCRIPT_TIMEOUT_MS", "VELMORA_CODEPAGE"})
         qunsetenv(name);
@@ -42,15 +27,11 @@ TEST_F(HostContextTest, EnvironmentOverridesEachValueAndABadBudgetFallsBack)
 TEST_F(HostContextTest, WindowsPathsMapToNativeOnes)
 {
     const QString c = HostContext::Instance().DriveRoot('C');
-    HostContext::Instance().SetDriveRoot('x', QStringLiteral("/xroot"));
+    HostContext::Instance().SetDriveRoot('x', u"/xroot"_s);
     const struct { QString in, out; } cases[] = {
-        {QStringLiteral("C:\\testJSCover\\"), c + "/testJSCover/"}, {QStringLiteral("c:\\result.xml"), c + "/result.xml"},
-        {QStringLiteral("C:Velmora.log"), c + "/Velmora.log"}, {QStringLiteral("C:"), c},
-        {QStringLiteral("/data/sys\\mac.log"), QStringLiteral("/data/sys/mac.log")},
-        {QStringLiteral("relative\\脚本\\a.js"), QStringLiteral("relative/脚本/a.js")},
-        {QStringLiteral("1:\\x"), QStringLiteral("1:/x")}, // not a drive letter
-        {QString(), QString()}, {QStringLiteral("X:\\a\\b"), QStringLiteral("/xroot/a/b")},
-    };
+        {u"c:\\testJSCover\\"_s, c + "/testJSCover/"}, {u"C:Velmora.log"_s, c + "/Velmora.log"}, {u"C:"_s, c},
+        {u"/data/sys\\mac.log"_s, u"/data/sys/mac.log"_s}, {u"relative\\脚本\\a.js"_s, u"relative/脚本/a.js"_s},
+        {u"1:\\x"_s, u"1:/x"_s}, {QString(), QString()}, {u"X:\\a\\b"_s, u"/xroot/a/b"_s}};
     for (const auto& t : cases)
         EXPECT_EQ(NativePath::Map(t.in), t.out) << t.in.toStdString();
 }

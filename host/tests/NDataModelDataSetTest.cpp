@@ -18,7 +18,6 @@ public:
     }
 };
 
-// A case table with one row per name, the names in ParmName.
 void AddNames(CaseTable& table, std::initializer_list<const char*> names)
 {
     for (const char* name : names)
@@ -31,30 +30,24 @@ TEST(NDataModelDataSetTest, CreateFieldsRunsOnceLazilyAndFieldsAddedLaterComeLas
 {
     CaseTable table, fresh;
     EXPECT_EQ(table.created, 0);
-    EXPECT_EQ(table.GetFieldCount(), 4);
+    EXPECT_EQ(fresh.AddField(u"NewParmValue"_s, FT_LongString), 4); // CreateFields still goes first
+    EXPECT_EQ(table.GetFieldIndex(u"parmvalue"_s), -1);
     EXPECT_EQ(table.GetFieldCount(), 4);
     EXPECT_EQ(table.created, 1);
-    EXPECT_EQ(Dump(table), u"TestCase|ParmMode:3:0,ParmName:%1:0,ParmValue:%1:0,ParmMsg:%1:0,"_s.arg(int(FT_LongString)));
-    EXPECT_EQ(table.GetFieldIndex(u"ParmValue"_s), 2);
-    EXPECT_EQ(table.GetFieldIndex(u"parmvalue"_s), -1);
-    EXPECT_EQ(fresh.AddField(u"NewParmValue"_s, FT_LongString), 4); // CreateFields still goes first
-    EXPECT_EQ(fresh.created, 1);
     table.InsertRow(0);
     EXPECT_EQ(table.AddField(u"NewParmValue"_s, FT_LongString), 4);
     EXPECT_EQ(table.AddField(u"NewParmValue"_s, FT_Integer), 4);
-    EXPECT_EQ(table.GetFieldDataType(4), FT_LongString);
     EXPECT_EQ(table.AddField(QString(), FT_String), -1);
     EXPECT_TRUE(table.IsNull(4, 1));
     EXPECT_TRUE(table.SetAsString(u"NewParmValue"_s, 1, u"3.0"_s));
-    EXPECT_EQ(table.GetAsString(4, 1), u"3.0"_s);
+    EXPECT_EQ(Dump(table), u"TestCase|ParmMode:3:0,ParmName:%1:0,ParmValue:%1:0,ParmMsg:%1:0,NewParmValue:%1:0,\n"
+                           "<null>;<null>;<null>;<null>;[3.0];"_s.arg(int(FT_LongString)));
 }
 
-TEST(NDataModelDataSetTest, InsertRowPositions)
+TEST(NDataModelDataSetTest, InsertAndDeleteRowPositions)
 {
     const struct { int insertAt, expectedRow; const char* order; } cases[] = {
-        {0, 4, "a b c N"}, {1, 1, "N a b c"}, {2, 2, "a N b c"}, {3, 3, "a b N c"},
-        {4, 4, "a b c N"}, {99, 4, "a b c N"}, {-1, 4, "a b c N"},
-    };
+        {0, 4, "a b c N"}, {1, 1, "N a b c"}, {3, 3, "a b N c"}, {4, 4, "a b c N"}, {99, 4, "a b c N"}, {-1, 4, "a b c N"}};
     for (const auto& c : cases) {
         CaseTable table;
         AddNames(table, {"a", "b", "c"});
@@ -63,10 +56,6 @@ TEST(NDataModelDataSetTest, InsertRowPositions)
         table.SetAsString(u"ParmName"_s, row, u"N"_s);
         EXPECT_EQ(Column(table, u"ParmName"_s), QString::fromLatin1(c.order)) << c.insertAt;
     }
-}
-
-TEST(NDataModelDataSetTest, DeleteRowAndResetKeepFields)
-{
     CaseTable table;
     AddNames(table, {"a", "b", "c"});
     EXPECT_FALSE(table.DeleteRow(0));
@@ -76,7 +65,6 @@ TEST(NDataModelDataSetTest, DeleteRowAndResetKeepFields)
     table.Reset();
     EXPECT_EQ(table.GetRowCount(), 0);
     EXPECT_EQ(table.GetFieldCount(), 4);
-    EXPECT_EQ(table.created, 1);
 }
 
 TEST(NDataModelDataSetTest, OutOfRangeAndUnknownNamesReadEmptyAndRefuseWrites)
@@ -85,14 +73,11 @@ TEST(NDataModelDataSetTest, OutOfRangeAndUnknownNamesReadEmptyAndRefuseWrites)
     table.InsertRow(0);
     EXPECT_EQ(table.GetAsString(u"Nope"_s, 1), QString());
     EXPECT_EQ(table.GetAsString(1, 0), QString());
-    EXPECT_EQ(table.GetAsString(1, 2), QString());
     EXPECT_EQ(table.GetAsInteger(9, 1), 0);
-    EXPECT_EQ(table.GetFieldName(-1), QString());
     EXPECT_FALSE(table.SetAsString(u"Nope"_s, 1, u"x"_s));
     EXPECT_FALSE(table.SetAsString(1, 2, u"x"_s));
     EXPECT_FALSE(table.SetAsInteger(-1, 1, 1));
     EXPECT_FALSE(table.SetAsDouble(4, 1, 1.0));
-    EXPECT_TRUE(table.IsNull(1, 1));
     EXPECT_TRUE(table.IsNull(1, 5));
 }
 
@@ -128,28 +113,21 @@ TEST(NDataModelDataSetTest, CloneIsIndependentAndKeepsEverything)
     CaseTable table;
     table.AddField(u"NewParmValue"_s, FT_LongString);
     AddNames(table, {"x"});
-    table.SetAsInteger(u"ParmMode"_s, 1, 1);
     auto copy = table.Clone();
-    ASSERT_NE(copy, nullptr);
     const QString before = Dump(table);
     EXPECT_EQ(Dump(*copy), before);
     copy->SetAsString(u"ParmName"_s, 1, u"changed"_s);
-    copy->InsertRow(0);
     copy->AddField(u"Extra"_s, FT_String);
     EXPECT_EQ(Dump(table), before);
-    table.SetAsString(u"ParmValue"_s, 1, u"y"_s);
-    EXPECT_TRUE(copy->IsNull(2, 1));
 }
 
 TEST(NDataModelDataSetTest, SortIsStableAndTyped)
 {
     NumberTable table;
-    const struct { const char* name; const char* count; } rows[] = {
-        {"b", "10"}, {"a", "9"}, {"c", ""}, {"a", "10"}, {"B", "-1"}};
-    for (const auto& row : rows) {
+    for (const auto& [name, count] : {std::pair{"b", "10"}, {"a", "9"}, {"c", ""}, {"a", "10"}, {"B", "-1"}}) {
         const int r = table.InsertRow(0);
-        table.SetAsString(u"Name"_s, r, QString::fromLatin1(row.name));
-        table.SetAsString(u"Count"_s, r, QString::fromLatin1(row.count));
+        table.SetAsString(u"Name"_s, r, QString::fromLatin1(name));
+        table.SetAsString(u"Count"_s, r, QString::fromLatin1(count));
     }
     auto columns = [&table] { return Column(table, u"Name"_s) + u" / "_s + Column(table, u"Count"_s); };
     ASSERT_TRUE(table.Sort(u"Count"_s));

@@ -1,63 +1,54 @@
 #include "CConsoleUIService.h"
-#include "TestEnvironment.h"
 #include "UIFunction.h"
 
 #include <cstdio>
+#include <functional>
+#include <gtest/gtest.h>
 
-using UIServicesTest = TempHomeTest;
+using namespace Qt::StringLiterals;
 
-TEST_F(UIServicesTest, MessageBoxIsRecordedWithExactTextCaptionAndStyle)
-{
-    EXPECT_EQ(UIFunction::QXMessageBox(QStringLiteral("测试出现失败！"), QString(), UIFunction::MB_OK), UIFunction::IDOK);
-    EXPECT_EQ(UIFunction::QXMessageBox(QStringLiteral("删除?(Y/N)"), QString(), UIFunction::MB_YESNO), UIFunction::IDNO);
-    Ui().QueueAnswer(UIFunction::IDYES);
-    EXPECT_EQ(UIFunction::QXMessageBox(QStringLiteral("q"), QStringLiteral("cap"), 64 | 4), UIFunction::IDYES);
-    QStringList boxes;
-    for (const auto& box : Ui().CallsOf(QStringLiteral("MessageBox")))
-        boxes << QStringLiteral("%1|%2|%3").arg(box.text, box.caption).arg(box.style);
-    EXPECT_EQ(boxes.join(u' '), QStringLiteral("测试出现失败！||0 删除?(Y/N)||4 q|cap|68"));
-}
+namespace {
 
-TEST(ConsoleUIServiceTest, WritesMessagesAndProgressToItsStreamAndAnswersFromSettings)
+// What a console service wrote while `use` drove it.
+QString ConsoleOutput(const std::function<void(CConsoleUIService&)>& use)
 {
     char* buffer = nullptr;
     size_t size = 0;
     std::FILE* stream = open_memstream(&buffer, &size);
-    ASSERT_NE(stream, nullptr);
     {
         CConsoleUIService console(stream);
-        console.SetTerminal(true);
-        EXPECT_EQ(console.MessageBox(QStringLiteral("没有找到连接的数据库!"), QString(), 64), UIFunction::IDOK);
-        EXPECT_EQ(console.MessageBox(QStringLiteral("继续?(Y/N)"), QString(), 4), UIFunction::IDNO);
-        console.SetYesNoAnswer(UIFunction::IDYES);
-        EXPECT_EQ(console.MessageBox(QStringLiteral("继续?(Y/N)"), QString(), 4), UIFunction::IDYES);
-        console.ProgressUpdate(QStringLiteral("开始测试脚本:a.js"), 1, 2);
-        console.ProgressEnd();
-        QString value = QStringLiteral("keep");
-        EXPECT_FALSE(console.InputText(QStringLiteral("name"), QString(), value));
-        EXPECT_EQ(value, QStringLiteral("keep"));
+        use(console);
     }
     std::fclose(stream);
     const QString out = QString::fromUtf8(buffer, qsizetype(size));
     std::free(buffer);
-    EXPECT_TRUE(out.contains(QStringLiteral("没有找到连接的数据库!\n")));
-    EXPECT_TRUE(out.contains(QStringLiteral("\r\033[K[###############...............] 1/2 开始测试脚本:a.js\n")));
+    return out;
 }
 
-TEST(ConsoleUIServiceTest, ProgressOffATerminalIsOnePlainLinePerText)
+} // namespace
+
+TEST(ConsoleUIServiceTest, AnswersFromSettingsAndDrawsProgressOnATerminalOnly)
 {
-    char* buffer = nullptr;
-    size_t size = 0;
-    std::FILE* stream = open_memstream(&buffer, &size);
-    ASSERT_NE(stream, nullptr);
-    {
-        CConsoleUIService console(stream);
-        for (int pos : {0, 0, 1})
-            console.ProgressUpdate(pos ? QStringLiteral("b.js") : QStringLiteral("a.js"), pos, 2);
-        console.ProgressUpdate(QString(), 2, 2);
+    const QString terminal = ConsoleOutput([](CConsoleUIService& console) {
+        console.SetTerminal(true);
+        EXPECT_EQ(console.MessageBox(u"没有找到连接的数据库!"_s, QString(), 64), UIFunction::IDOK);
+        EXPECT_EQ(console.MessageBox(u"继续?(Y/N)"_s, QString(), 4), UIFunction::IDNO);
+        console.SetYesNoAnswer(UIFunction::IDYES);
+        EXPECT_EQ(console.MessageBox(u"继续?(Y/N)"_s, QString(), 4), UIFunction::IDYES);
+        console.ProgressUpdate(u"开始测试脚本:a.js"_s, 1, 2);
         console.ProgressEnd();
-    }
-    std::fclose(stream);
-    EXPECT_EQ(QString::fromUtf8(buffer, qsizetype(size)), QStringLiteral("0/2 a.js\n1/2 b.js\n"));
-    std::free(buffer);
+        QString value = u"keep"_s;
+        EXPECT_FALSE(console.InputText(u"name"_s, QString(), value));
+        EXPECT_EQ(value, u"keep"_s);
+    });
+    EXPECT_TRUE(terminal.contains(u"没有找到连接的数据库!\n"_s));
+    EXPECT_TRUE(terminal.contains(u"\r\033[K[###############...............] 1/2 开始测试脚本:a.js\n"_s));
+    // Off a terminal: one plain line per new text.
+    EXPECT_EQ(ConsoleOutput([](CConsoleUIService& console) {
+                  for (int pos : {0, 0, 1})
+                      console.ProgressUpdate(pos ? u"b.js"_s : u"a.js"_s, pos, 2);
+                  console.ProgressUpdate(QString(), 2, 2);
+                  console.ProgressEnd();
+              }),
+              u"0/2 a.js\n1/2 b.js\n"_s);
 }

@@ -19,44 +19,7 @@
 
 namespace {
 
-struct ChildSpec
-{
-    std::vector<std::string> argv;
-    std::string log;
-    bool dropPrivileges = false;
-    uid_t uid = 0;
-    gid_t gid = 0;
-    bool dieWithParent = false;
-};
-
-// fork + exec, only async-signal-safe calls in the child: output to the log, a C locale.
-pid_t Spawn(const ChildSpec& spec)
-{
-    std::vector<char*> argv;
-    for (const std::string& arg : spec.argv)
-        argv.push_back(const_cast<char*>(arg.c_str()));
-    argv.push_back(nullptr);
-    static char lcAll[] = "LC_ALL=C";
-    static char path[] = "PATH=/usr/bin:/bin";
-    char* envp[] = {lcAll, path, nullptr};
-    const pid_t parent = getpid();
-    const pid_t pid = fork();
-    if (pid != 0)
-        return pid;
-    const int log = open(spec.log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644);
-    for (const int target : {STDOUT_FILENO, STDERR_FILENO})
-        if (log >= 0)
-            dup2(log, target);
-    if (const int devnull = open("/dev/null", O_RDONLY); devnull >= 0)
-        dup2(devnull, STDIN_FILENO);
-    if (spec.dropPrivileges && (setgroups(0, nullptr) != 0 || setgid(spec.gid) != 0 || setuid(spec.uid) != 0))
-        _exit(126);
-    // A crashed test must not leave its server behind (set after the uid change, which clears it).
-    if (spec.dieWithParent && (prctl(PR_SET_PDEATHSIG, SIGINT) != 0 || getppid() != parent))
-        _exit(125);
-    execve(argv[0], argv.data(), envp);
-    _exit(127);
-}
+const QString kBinDir = QStringLiteral("/usr/lib/postgresql/15/bin");
 
 bool WaitExit(pid_t pid, int& status, int timeoutMs)
 {
@@ -66,6 +29,12 @@ bool WaitExit(pid_t pid, int& status, int timeoutMs)
             return true;
         usleep(20000);
     }
+    return false;
+}
+
+bool Fail(QString& error, const QString& text)
+{
+    error = text;
     return false;
 }
 
@@ -79,7 +48,32 @@ PgTestServer& PgTestServer::Instance()
 
 PgTestServer::~PgTestServer() { Stop(); }
 
-QString PgTestServer::BinDir() { return QStringLiteral("/usr/lib/postgresql/15/bin"); }
+// fork + exec, only async-signal-safe calls in the child: output to the log, a C locale.
+pid_t PgTestServer::Spawn(const std::vector<std::string>& args, bool dieWithParent) const
+{
+    std::vector<char*> argv;
+    for (const std::string& arg : args)
+        argv.push_back(const_cast<char*>(arg.c_str()));
+    argv.push_back(nullptr);
+    static char lcAll[] = "LC_ALL=C", path[] = "PATH=/usr/bin:/bin";
+    char* envp[] = {lcAll, path, nullptr};
+    const std::string logPath = m_folder.toStdString() + "/server.log";
+    const pid_t parent = getpid();
+    const pid_t pid = fork();
+    if (pid != 0)
+        return pid;
+    if (const int log = open(logPath.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644); log >= 0)
+        dup2(log, STDOUT_FILENO), dup2(log, STDERR_FILENO);
+    if (const int devnull = open("/dev/null", O_RDONLY); devnull >= 0)
+        dup2(devnull, STDIN_FILENO);
+    if (m_dropPrivileges && (setgroups(0, nullptr) != 0 || setgid(m_gid) != 0 || setuid(m_uid) != 0))
+        _exit(126);
+    // A crashed test must not leave its server behind (set after the uid change, which clears it).
+    if (dieWithParent && (prctl(PR_SET_PDEATHSIG, SIGINT) != 0 || getppid() != parent))
+        _exit(125);
+    execve(argv[0], argv.data(), envp);
+    _exit(127);
+}
 
 QString PgTestServer::Url(const QString& database) const
 {
@@ -108,25 +102,19 @@ bool PgTestServer::Start(QString& error)
 bool PgTestServer::MakeFolder(QString& error)
 {
     for (const char* tool : {"initdb", "postgres"}) {
-        if (!QFileInfo(BinDir() + QLatin1Char('/') + QLatin1String(tool)).isExecutable()) {
-            error = QStringLiteral("PostgreSQL 15 server binary missing: %1/%2 (install postgresql-15)")
-                        .arg(BinDir(), QLatin1String(tool));
-            return false;
-        }
+        if (!QFileInfo(kBinDir + QLatin1Char('/') + QLatin1String(tool)).isExecutable())
+            return Fail(error, QStringLiteral("PostgreSQL 15 server binary missing: %1/%2 (install postgresql-15)")
+                                   .arg(kBinDir, QLatin1String(tool)));
     }
     char pattern[] = "/tmp/velmora-pg-XXXXXX";
-    if (!mkdtemp(pattern)) {
-        error = QStringLiteral("cannot make a temporary folder for the server");
-        return false;
-    }
+    if (!mkdtemp(pattern))
+        return Fail(error, QStringLiteral("cannot make a temporary folder for the server"));
     m_folder = QString::fromLocal8Bit(pattern);
     m_dropPrivileges = geteuid() == 0;
     if (m_dropPrivileges) {
         const passwd* nobody = getpwnam("nobody");
-        if (!nobody || chown(pattern, nobody->pw_uid, nobody->pw_gid) != 0) {
-            error = QStringLiteral("running as root and cannot hand the server folder to \"nobody\"");
-            return false;
-        }
+        if (!nobody || chown(pattern, nobody->pw_uid, nobody->pw_gid) != 0)
+            return Fail(error, QStringLiteral("running as root and cannot hand the server folder to \"nobody\""));
         m_uid = nobody->pw_uid;
         m_gid = nobody->pw_gid;
     }
@@ -135,28 +123,21 @@ bool PgTestServer::MakeFolder(QString& error)
 
 bool PgTestServer::RunInitdb(QString& error)
 {
-    const std::string folder = m_folder.toStdString();
-    ChildSpec spec{{BinDir().toStdString() + "/initdb", "-D", folder + "/data", "-A", "trust", "-U", "postgres",
-                    "--no-sync", "--no-locale", "-E", "UTF8"},
-                   folder + "/server.log", m_dropPrivileges, m_uid, m_gid, false};
-    const pid_t pid = Spawn(spec);
+    const pid_t pid = Spawn({kBinDir.toStdString() + "/initdb", "-D", m_folder.toStdString() + "/data", "-A", "trust",
+                             "-U", "postgres", "--no-sync", "--no-locale", "-E", "UTF8"},
+                            false);
     int status = 0;
-    if (pid >= 0 && WaitExit(pid, status, 120000) && WIFEXITED(status) && WEXITSTATUS(status) == 0)
-        return true;
-    error = QStringLiteral("initdb failed:\n") + LogTail();
-    return false;
+    return (pid >= 0 && WaitExit(pid, status, 120000) && WIFEXITED(status) && WEXITSTATUS(status) == 0)
+           || Fail(error, QStringLiteral("initdb failed:\n") + LogTail());
 }
 
 bool PgTestServer::Launch(QString& error)
 {
     const std::string folder = m_folder.toStdString();
-    ChildSpec spec{{BinDir().toStdString() + "/postgres", "-D", folder + "/data", "-k", folder, "-c",
-                    "listen_addresses=", "-F", "-c", "max_connections=50"},
-                   folder + "/server.log", m_dropPrivileges, m_uid, m_gid, true};
-    m_pid = Spawn(spec);
-    if (m_pid < 0)
-        error = QStringLiteral("cannot start the PostgreSQL server");
-    return m_pid >= 0;
+    m_pid = Spawn({kBinDir.toStdString() + "/postgres", "-D", folder + "/data", "-k", folder, "-c", "listen_addresses=",
+                   "-F", "-c", "max_connections=50"},
+                  true);
+    return m_pid >= 0 || Fail(error, QStringLiteral("cannot start the PostgreSQL server"));
 }
 
 bool PgTestServer::WaitReady(QString& error)
@@ -165,8 +146,7 @@ bool PgTestServer::WaitReady(QString& error)
         int status = 0;
         if (waitpid(m_pid, &status, WNOHANG) == m_pid) {
             m_pid = -1;
-            error = QStringLiteral("the PostgreSQL server exited:\n") + LogTail();
-            return false;
+            return Fail(error, QStringLiteral("the PostgreSQL server exited:\n") + LogTail());
         }
         CComDB probe;
         if (QFileInfo::exists(m_folder + QStringLiteral("/.s.PGSQL.5432"))
@@ -174,8 +154,7 @@ bool PgTestServer::WaitReady(QString& error)
             return true;
         QThread::msleep(100);
     }
-    error = QStringLiteral("the PostgreSQL server did not become ready:\n") + LogTail();
-    return false;
+    return Fail(error, QStringLiteral("the PostgreSQL server did not become ready:\n") + LogTail());
 }
 
 QString PgTestServer::NewDatabaseUrl(QString& error)
@@ -213,13 +192,12 @@ void PgTestServer::Stop()
 
 void PgTestServer::StopServer()
 {
-    if (m_pid > 0) {
-        kill(m_pid, SIGINT);
-        int status = 0;
-        if (!WaitExit(m_pid, status, 20000)) {
-            kill(m_pid, SIGKILL);
-            WaitExit(m_pid, status, 5000);
-        }
-        m_pid = -1;
+    if (m_pid <= 0)
+        return;
+    kill(m_pid, SIGINT);
+    if (int status = 0; !WaitExit(m_pid, status, 20000)) {
+        kill(m_pid, SIGKILL);
+        WaitExit(m_pid, status, 5000);
     }
+    m_pid = -1;
 }

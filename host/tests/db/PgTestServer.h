@@ -1,6 +1,8 @@
 #pragma once
 #include <QString>
+#include <string>
 #include <sys/types.h>
+#include <vector>
 
 // A private PostgreSQL 15 server for tests and benchmarks: initdb into a fresh temporary folder, the server
 // listening only on a Unix socket there, stopped (by its pid) and the folder removed when the process ends.
@@ -25,7 +27,7 @@ public:
 
 private:
     PgTestServer() = default;
-    static QString BinDir();
+    pid_t Spawn(const std::vector<std::string>& args, bool dieWithParent) const;
     void Stop();
     void StopServer();
     bool MakeFolder(QString& error);

@@ -9,7 +9,7 @@
 class RecordingDataService : public CDataServiceAbsolute
 {
 public:
-    explicit RecordingDataService(std::unique_ptr<CDataServiceAbsolute> inner);
+    explicit RecordingDataService(std::unique_ptr<CDataServiceAbsolute> inner) : m_inner(std::move(inner)) {}
 
     // Each entry is "<operation>: <sql>", e.g. "ExecuteNonQuery: delete ...".
     const QStringList& Calls() const { return m_calls; }
@@ -17,17 +17,26 @@ public:
     int BlobBytes() const { return m_blobCount; }
     const QByteArray& LastBlob() const { return m_lastBlob; }
 
-    bool Init() override;
-    bool Connect(const QString& connection, const QString& user, const QString& password) override;
-    void DisConnect() override;
-    bool IsConnected() const override;
-    QString GetConnectionString() const override;
-    QString GetError() const override;
-    bool ExecuteNonQuery(const QString& sql) override;
-    bool Retrieve(const QString& sql, QString& value) override;
+    bool Init() override { return m_inner->Init(); }
+    bool Connect(const QString& connection, const QString& user, const QString& password) override
+    {
+        return m_inner->Connect(connection, user, password);
+    }
+    void DisConnect() override { m_inner->DisConnect(); }
+    bool IsConnected() const override { return m_inner->IsConnected(); }
+    QString GetConnectionString() const override { return m_inner->GetConnectionString(); }
+    QString GetError() const override { return m_failed ? QStringLiteral("failure injected by the test") : m_inner->GetError(); }
+    bool ExecuteNonQuery(const QString& sql) override { return Record("ExecuteNonQuery", sql) && m_inner->ExecuteNonQuery(sql); }
+    bool Retrieve(const QString& sql, QString& value) override { return Record("Retrieve", sql) && m_inner->Retrieve(sql, value); }
     bool UpdateBlob(const QString& sql, const unsigned char* bytes, int count) override;
-    bool ExecuteBound(const QString& sql, const QVariantList& params, int* rowsAffected = nullptr) override;
-    bool Query(const QString& sql, const QVariantList& params, QList<QVariantList>& rows) override;
+    bool ExecuteBound(const QString& sql, const QVariantList& params, int* rowsAffected = nullptr) override
+    {
+        return Record("ExecuteBound", sql) && m_inner->ExecuteBound(sql, params, rowsAffected);
+    }
+    bool Query(const QString& sql, const QVariantList& params, QList<QVariantList>& rows) override
+    {
+        return Record("Query", sql) && m_inner->Query(sql, params, rows);
+    }
 
 private:
     bool Record(const char* operation, const QString& sql);
