@@ -16,24 +16,6 @@ QByteArray OneScript(const char* from, const char* to)
 
 } // namespace
 
-TEST(CSampleScriptsTest, BuiltInSamplesAreRebarScriptsWithCases)
-{
-    CSampleScripts samples;
-    ASSERT_TRUE(samples.LoadBuiltIn()) << samples.Error().toStdString();
-    ASSERT_GE(samples.Scripts().size(), 8);
-    // Listed in the file's order, not sorted by id.
-    EXPECT_EQ(samples.Scripts().first().keyEn, "RebarWeight");
-    EXPECT_EQ(samples.Scripts().first().keyCh, QStringLiteral("通用脚本\\钢筋每米重量.js"));
-    for (const CSampleScripts::Script& script : samples.Scripts()) {
-        SCOPED_TRACE(script.keyCh.toStdString());
-        EXPECT_TRUE(script.keyCh.endsWith(".js"));
-        EXPECT_FALSE(script.category.isEmpty());
-        EXPECT_GE(script.cases.size(), 2);
-        for (const CSampleScripts::Case& testCase : script.cases)
-            EXPECT_FALSE(testCase.expected.isEmpty()) << testCase.name.toStdString();
-    }
-}
-
 TEST(CSampleScriptsTest, ReadsEveryFieldInFileOrderWithCrLfFunctions)
 {
     const QByteArray json = "{\"Zeta\": " + kGoodBody + ", \"Alpha\": " + QByteArray(kGoodBody).replace("a.js", "b.js") + "}";

@@ -186,8 +186,14 @@ TEST_F(ScriptRunTest, RunAllPassingInKeyOrderShowsNothing)
                                    + Line("b.js", "c1.tx", "计算结果一致!") + Line("b.js", "c1.tx", "测试通过!"));
 }
 
-TEST_F(ScriptRunTest, RunAllWithScriptsWithoutCasesEndsWithTheFailureBox)
+TEST_F(ScriptRunTest, RunAllFailuresEndWithTheBoxAfterTheProgressAndAnEmptyRunShowsNothing)
 {
+    CTestJavaScriptService empty;
+    EXPECT_EQ(empty.RunAllTests(), 1);
+    empty.FinishRun(false);
+    EXPECT_TRUE(Ui().CallsOf("MessageBox").isEmpty());
+    EXPECT_TRUE(Ui().CallsOf("ProgressUpdate").isEmpty());
+
     AddScript("x.js", "var a = 1;");
     AddScript("y.js", "var a = 2;");
     CTestJavaScriptService service;
@@ -195,25 +201,12 @@ TEST_F(ScriptRunTest, RunAllWithScriptsWithoutCasesEndsWithTheFailureBox)
     EXPECT_EQ(Masked(service), Line("x.js", "", "没有测试用例!") + Line("y.js", "", "没有测试用例!"));
     ExpectFailureBox(service);
     EXPECT_EQ(Ui().calls[Ui().calls.size() - 3].kind, "ProgressEnd"); // the progress window is gone before the box
-}
 
-TEST_F(ScriptRunTest, RunAllEndsProperlyWhenTheResultFileCannotBeWritten)
-{
-    AddScript("x.js", "var a = 1;");
+    // An unwritable result file still ends the run properly.
+    Ui().Clear();
     ASSERT_TRUE(QDir(HostContext::Instance().DriveRoot('C')).removeRecursively());
-    CTestJavaScriptService service;
-    EXPECT_EQ(service.RunAllTests(), 1);
-    EXPECT_TRUE(service.ResultFileWriteFailed());
-    ExpectFailureBox(service);
-}
-
-TEST_F(ScriptRunTest, FinishRunAndAnEmptyRunShowNothingUnlessSomethingFailed)
-{
-    CTestJavaScriptService service;
-    EXPECT_EQ(service.RunAllTests(), 1);
-    service.FinishRun(false);
-    EXPECT_TRUE(Ui().CallsOf("MessageBox").isEmpty());
-    EXPECT_TRUE(Ui().CallsOf("ProgressUpdate").isEmpty());
-    service.FinishRun(true);
-    ExpectFailureBox(service);
+    CTestJavaScriptService unwritable;
+    EXPECT_EQ(unwritable.RunAllTests(), 1);
+    EXPECT_TRUE(unwritable.ResultFileWriteFailed());
+    ExpectFailureBox(unwritable);
 }
