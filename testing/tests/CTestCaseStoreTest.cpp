@@ -12,14 +12,6 @@ QString StoreFile(const QString& script, const QString& file)
     return NativePath::Map(CTestCaseStore::ScriptFolder(script) + file);
 }
 
-void AddRow(NDataModelDataSet& table, const QString& name, const QString& value, const QString& msg = {})
-{
-    const int row = table.InsertRow(0);
-    table.SetAsString(CTestCaseInfoTable::ParmName, row, name);
-    table.SetAsString(CTestCaseInfoTable::ParmValue, row, value);
-    table.SetAsString(CTestCaseInfoTable::ParmMsg, row, msg);
-}
-
 } // namespace
 
 class CTestCaseStoreTest : public TempHomeTest
@@ -83,9 +75,7 @@ TEST_F(CTestCaseStoreTest, CaseRoundTripKeepsTextAndTableExactly)
 {
     ASSERT_TRUE(CTestCaseStore::SaveGlobals("s.js", "", ""));
     CTestCaseInfoTable table;
-    AddRow(table, "W", "3.856", "每米重量(kg/m)");
-    AddRow(table, "txt", "a \"q\" <b> & 'c'\r\nline2\nline3", "");
-    AddRow(table, "长度", "", "空值");
+    Fill(table, {{"W", "3.856", "每米重量(kg/m)"}, {"txt", "a \"q\" <b> & 'c'\r\nline2\nline3", ""}, {"长度", "", "空值"}});
     const QString text = QStringLiteral("d = 25;\r\n// 注释 with @@@ and ###\r\n");
     ASSERT_TRUE(CTestCaseStore::SaveTestCase("s.js", "用例1.tx", text, &table));
     QString xml;
@@ -123,7 +113,7 @@ TEST_F(CTestCaseStoreTest, CaseFilesLoadOnlyWhenShortOrSplitInTwo)
         WriteCase("c.tx", c.content);
         QString text = "before";
         CTestCaseInfoTable table;
-        AddRow(table, "kept", "1");
+        Fill(table, {{"kept", "1"}});
         EXPECT_EQ(CTestCaseStore::LoadTestCase("s.js", "c.tx", text, c.ok ? &table : nullptr), c.ok);
         EXPECT_EQ(text, c.text);
         if (c.content.size() <= 17) {
@@ -137,8 +127,7 @@ TEST_F(CTestCaseStoreTest, CaseFilesLoadOnlyWhenShortOrSplitInTwo)
 TEST_F(CTestCaseStoreTest, DamagedTableXmlLeavesTheTableEmptyNotHalfLoaded)
 {
     CTestCaseInfoTable good;
-    AddRow(good, "a", "1");
-    AddRow(good, "b", "2");
+    Fill(good, {{"a", "1"}, {"b", "2"}});
     QString xml;
     ASSERT_TRUE(good.SaveDataSetXMLBuf_NoDelete(xml));
     for (const QString& tablePart : {xml.left(xml.size() / 2), xml + "<", QString("<DataSet>"), QString("not xml")}) {

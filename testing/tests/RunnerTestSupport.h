@@ -17,6 +17,7 @@ struct Expect
 {
     QString name;
     QString value;
+    QString comment = {};
 };
 
 // The rows of a case table from `first` on, each as "name|value|comment".
@@ -36,12 +37,14 @@ inline QString Globals(const QString& script)
     return CTestCaseStore::LoadGlobals(script, fun, parm) ? fun + "|" + parm : QStringLiteral("<failed>");
 }
 
-inline void Fill(CTestCaseInfoTable& table, const QList<Expect>& rows)
+inline void Fill(NDataModelDataSet& table, const QList<Expect>& rows)
 {
     for (const Expect& e : rows) {
         const int row = table.InsertRow(0);
         table.SetAsString(CTestCaseInfoTable::ParmName, row, e.name);
         table.SetAsString(CTestCaseInfoTable::ParmValue, row, e.value);
+        if (!e.comment.isNull())
+            table.SetAsString(CTestCaseInfoTable::ParmMsg, row, e.comment);
     }
 }
 

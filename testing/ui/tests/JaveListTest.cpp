@@ -9,10 +9,7 @@ TEST_F(JaveListTest, ListsEveryScriptInOneColumn)
 {
     CDialog_JaveList dialog;
     auto& grid = Control<CGridCtrlForDataSet>(dialog, "1005");
-    EXPECT_EQ(dialog.windowTitle(), "请选择要测试的脚本");
     EXPECT_EQ(grid.model()->columnCount(), 1);
-    EXPECT_EQ(grid.model()->headerData(0, Qt::Horizontal).toString(), "脚本名称");
-    EXPECT_EQ(grid.columnWidth(0), 400);
     QStringList shown;
     for (int row = 0; row < grid.model()->rowCount(); ++row)
         shown << grid.model()->index(row, 0).data().toString();
