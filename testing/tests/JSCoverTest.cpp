@@ -164,10 +164,6 @@ TEST_F(JSCoverTest, StartedWhenAbsentCountsTheReachedLinesReusedAndStoppedWithIt
         ASSERT_GE(source.size(), 4);
         EXPECT_EQ(HtmlUnescape(source.at(1).toString()), QStringLiteral("// 箍筋根数"));
         EXPECT_EQ(HtmlUnescape(source.at(3).toString()), "if (d > 10) {");
-        int settersRun = 0;
-        for (const QJsonValue& v : report.value("/mainJs.js").toObject().value("coverage").toArray())
-            settersRun += v.isDouble() && v.toInt() > 0 ? 1 : 0;
-        EXPECT_GE(settersRun, 3) << dump;
 
         // A second user of the port finds it serving and starts nothing.
         CJSCoverServer other(port);
