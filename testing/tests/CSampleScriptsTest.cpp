@@ -23,10 +23,10 @@ TEST(CSampleScriptsTest, ReadsEveryFieldInFileOrderWithCrLfFunctions)
     ASSERT_TRUE(samples.Load(json, "line1\nline2\r\nline3\n"));
     EXPECT_EQ(samples.GlobalFun(), "line1\r\nline2\r\nline3\r\n");
     ASSERT_EQ(samples.Scripts().size(), 2);
-    EXPECT_EQ(samples.Scripts()[1].keyCh, QStringLiteral("梁\\b.js"));
+    EXPECT_EQ(samples.Scripts()[1].keyCh, "梁\\b.js");
     const CSampleScripts::Script& s = samples.Scripts().first();
     EXPECT_EQ(QStringList({s.keyCh, s.keyEn, s.description, s.category, s.globalParm, s.script}),
-              QStringList({QStringLiteral("梁\\a.js"), "A", "d", QStringLiteral("梁"), "var x = 1 ////x", "var y = x;"}));
+              QStringList({"梁\\a.js", "A", "d", "梁", "var x = 1 ////x", "var y = x;"}));
     ASSERT_EQ(s.cases.size(), 1);
     EXPECT_EQ(s.cases[0].name + "|" + s.cases[0].script, "c1|x = 2;");
     QStringList expected;

@@ -7,9 +7,9 @@
 
 namespace {
 
-const QString kScript = QStringLiteral("var area = Round2(w * h);\r\nvar note = 'w=' + w;");
-const QString kFun = QStringLiteral("function Round2(x) { return Math.round(x * 100) / 100; }");
-const QString kNoFolder = QStringLiteral("C:\\没有这个目录\\结果.txt");
+const QString kScript = "var area = Round2(w * h);\r\nvar note = 'w=' + w;";
+const QString kFun = "function Round2(x) { return Math.round(x * 100) / 100; }";
+const QString kNoFolder = "C:\\没有这个目录\\结果.txt";
 
 } // namespace
 

@@ -5,7 +5,7 @@
 
 namespace {
 
-const QString kSep = QStringLiteral("@@@@@@######@@@@@");
+const QString kSep = "@@@@@@######@@@@@";
 
 QString StoreFile(const QString& script, const QString& file)
 {
@@ -42,8 +42,8 @@ TEST_F(CTestCaseStoreTest, SanitizeReplacesDotsBackslashesAndDoubleSlashes)
 
 TEST_F(CTestCaseStoreTest, GlobalsAreWrittenInTheCodePageAndReplaced)
 {
-    const QString fun = QStringLiteral("// 公用函数\r\nfunction g(a) { return \"引号\" + a; }");
-    const QString parm = QStringLiteral("var d = 25 ////直径");
+    const QString fun = "// 公用函数\r\nfunction g(a) { return \"引号\" + a; }";
+    const QString parm = "var d = 25 ////直径";
     ASSERT_TRUE(CTestCaseStore::SaveGlobals("梁.js", fun, parm));
     EXPECT_EQ(ReadBytes(StoreFile("梁.js", "GlobalFun.txt")), CodePage::FromUnicode(fun));
     EXPECT_EQ(ReadBytes(StoreFile("梁.js", "GlobalParm.txt")), CodePage::FromUnicode(parm));
@@ -76,7 +76,7 @@ TEST_F(CTestCaseStoreTest, CaseRoundTripKeepsTextAndTableExactly)
     ASSERT_TRUE(CTestCaseStore::SaveGlobals("s.js", "", ""));
     CTestCaseInfoTable table;
     Fill(table, {{"W", "3.856", "每米重量(kg/m)"}, {"txt", "a \"q\" <b> & 'c'\r\nline2\nline3", ""}, {"长度", "", "空值"}});
-    const QString text = QStringLiteral("d = 25;\r\n// 注释 with @@@ and ###\r\n");
+    const QString text = "d = 25;\r\n// 注释 with @@@ and ###\r\n";
     ASSERT_TRUE(CTestCaseStore::SaveTestCase("s.js", "用例1.tx", text, &table));
     QString xml;
     ASSERT_TRUE(table.SaveDataSetXMLBuf_NoDelete(xml));

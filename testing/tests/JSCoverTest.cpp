@@ -49,7 +49,7 @@ document.getElementById('harness').onload = function () {
 // JSCover keeps source lines HTML-escaped, non-ASCII as "&#n;".
 QString HtmlUnescape(QString text)
 {
-    static const QRegularExpression reference(QStringLiteral("&#(\\d+);"));
+    static const QRegularExpression reference("&#(\\d+);");
     QRegularExpressionMatch match;
     while ((match = reference.match(text)).hasMatch())
         text.replace(match.capturedStart(), match.capturedLength(), QChar(match.captured(1).toInt()));
@@ -127,7 +127,7 @@ protected:
         m_root = NativePath::Map(harness.OutputFolder());
     }
 
-    const QString kKey = QStringLiteral("箍筋.js");
+    const QString kKey = "箍筋.js";
     QString m_root;
 };
 
@@ -162,7 +162,7 @@ TEST_F(JSCoverTest, StartedWhenAbsentCountsTheReachedLinesReusedAndStoppedWithIt
         // The Chinese comment came through the code page file and the server intact.
         const QJsonArray source = runJs.value("source").toArray();
         ASSERT_GE(source.size(), 4);
-        EXPECT_EQ(HtmlUnescape(source.at(1).toString()), QStringLiteral("// 箍筋根数"));
+        EXPECT_EQ(HtmlUnescape(source.at(1).toString()), "// 箍筋根数");
         EXPECT_EQ(HtmlUnescape(source.at(3).toString()), "if (d > 10) {");
 
         // A second user of the port finds it serving and starts nothing.

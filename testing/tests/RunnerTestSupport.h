@@ -34,7 +34,7 @@ inline QStringList RowTexts(const NDataModelDataSet& table, int first = 1)
 inline QString Globals(const QString& script)
 {
     QString fun, parm;
-    return CTestCaseStore::LoadGlobals(script, fun, parm) ? fun + "|" + parm : QStringLiteral("<failed>");
+    return CTestCaseStore::LoadGlobals(script, fun, parm) ? fun + "|" + parm : "<failed>";
 }
 
 inline void Fill(NDataModelDataSet& table, const QList<Expect>& rows)
@@ -69,7 +69,7 @@ protected:
     static QString Masked(const CTestJavaScriptService& service)
     {
         static const QRegularExpression stamp(
-            QStringLiteral("(^|\\r\\n)\\d{4}\\.\\d{1,2}\\.\\d{1,2} \\d{1,2}:\\d{1,2}:\\d{1,2}\\.\\.\\."));
+            "(^|\\r\\n)\\d{4}\\.\\d{1,2}\\.\\d{1,2} \\d{1,2}:\\d{1,2}:\\d{1,2}\\.\\.\\.");
         QString text;
         QxMfc::Fun::File2CString(service.GetResultFileName(), text);
         return text.replace(stamp, "\\1T...");

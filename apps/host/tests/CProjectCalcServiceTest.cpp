@@ -61,7 +61,7 @@ TEST_F(CProjectCalcServiceTest, ComputesTheSampleProjectAndRecordsTheRunForTheSc
     // from the script's global default.
     const double la = std::ceil(0.14 * 360 / 1.43 * 25);
     const double ll = std::ceil(1.4 * la);
-    const auto* bars = Find(service, QStringLiteral("KZ1"), QStringLiteral("柱\\柱纵筋长度.js"));
+    const auto* bars = Find(service, "KZ1", "柱\\柱纵筋长度.js");
     ASSERT_NE(bars, nullptr);
     EXPECT_TRUE(bars->quantities.startsWith(QStringLiteral("L=%1, W=").arg(3000 + ll))) << bars->quantities.toStdString();
 
@@ -80,8 +80,8 @@ TEST_F(CProjectCalcServiceTest, ComputesTheSampleProjectAndRecordsTheRunForTheSc
     expected.sort();
     EXPECT_EQ(listed, expected);
     const QString macroList = ReadLog(CDiagnosticLog::MacroListLogPath());
-    EXPECT_TRUE(macroList.startsWith(QStringLiteral("old.js:x\r\n") + QString(29, QLatin1Char('*')) + QStringLiteral("\r\n")));
-    EXPECT_TRUE(macroList.contains(QStringLiteral("\r\n图形法脚本\\圆形箍筋长度.js:NotExecute\r\n")));
+    EXPECT_TRUE(macroList.startsWith("old.js:x\r\n" + QString(29, QLatin1Char('*')) + "\r\n"));
+    EXPECT_TRUE(macroList.contains("\r\n图形法脚本\\圆形箍筋长度.js:NotExecute\r\n"));
     EXPECT_TRUE(ReadLog(CDiagnosticLog::CalAnalyseLogPath())
                     .contains(QStringLiteral("计算完成: 7个构件, 0次出错, 钢筋总重%1kg").arg(sum, 0, 'f', 2)));
 }
@@ -90,8 +90,7 @@ TEST_F(CProjectCalcServiceTest, ABadScriptUseIsAnErrorRowAndTheRunGoesOn)
 {
     CSampleProject project;
     ASSERT_TRUE(project.Load());
-    ASSERT_TRUE(Sql(QStringLiteral("insert into Macros (key_ch, content) values (?, ?)"),
-                    {QStringLiteral("梁\\语法错误.js"), QStringLiteral("var L = ;")}));
+    ASSERT_TRUE(Sql("insert into Macros (key_ch, content) values (?, ?)", {"梁\\语法错误.js", "var L = ;"}));
     const struct { QString key, inputs, weight, error; } rows[] = {
         {"梁\\没有的脚本.js", "d=d", "", "系统数据库中没有此脚本"},
         {"梁\\弯起钢筋长度.js", "d=nosuch", "", "缺少输入参数nosuch"},
@@ -106,7 +105,7 @@ TEST_F(CProjectCalcServiceTest, ABadScriptUseIsAnErrorRowAndTheRunGoesOn)
     ASSERT_TRUE(service.Run());
     QStringList errors;
     for (const CProjectCalcService::Result& result : service.Results())
-        if (result.member == QStringLiteral("KL1") && !result.error.isEmpty())
+        if (result.member == "KL1" && !result.error.isEmpty())
             errors.append(result.error);
     ASSERT_EQ(errors.size(), std::size(rows));
     for (int i = 0; i < errors.size(); ++i)
@@ -124,7 +123,7 @@ TEST_F(CProjectCalcServiceTest, StopEndsTheRunAfterTheCurrentMember)
     EXPECT_EQ(service.MemberCount(), 1);
     for (const CProjectCalcService::Result& result : service.Results())
         EXPECT_EQ(result.member, service.Results().first().member);
-    EXPECT_TRUE(ReadLog(CDiagnosticLog::CalAnalyseLogPath()).contains(QStringLiteral("计算中止: 1个构件")));
+    EXPECT_TRUE(ReadLog(CDiagnosticLog::CalAnalyseLogPath()).contains("计算中止: 1个构件"));
 }
 
 TEST_F(CProjectCalcServiceTest, ProjectIsSeededOnceAndKeepsAddedMembers)
@@ -137,12 +136,10 @@ TEST_F(CProjectCalcServiceTest, ProjectIsSeededOnceAndKeepsAddedMembers)
     EXPECT_FALSE(project.Seeded());
     ASSERT_EQ(project.Members().size(), CSampleProject::SampleMembers().size() + 1);
     EXPECT_EQ(project.Members().last().values, extra.first().values);
-    EXPECT_EQ(project.UsesOf(QStringLiteral("柱")).first().inputs,
-              (QList<QPair<QString, QString>>{{QStringLiteral("d"), QStringLiteral("d")}}));
+    EXPECT_EQ(project.UsesOf("柱").first().inputs, (QList<QPair<QString, QString>>{{"d", "d"}}));
 
     using Inputs = QList<QPair<QString, QString>>;
-    EXPECT_EQ(CSampleProject::ParseInputs(QStringLiteral(" a = b ;c=1.5;bad;=x;y=;p=q=r;")),
-              (Inputs{{QStringLiteral("a"), QStringLiteral("b")}, {QStringLiteral("c"), QStringLiteral("1.5")}}));
+    EXPECT_EQ(CSampleProject::ParseInputs(" a = b ;c=1.5;bad;=x;y=;p=q=r;"), (Inputs{{"a", "b"}, {"c", "1.5"}}));
 }
 
 // The host computes with its own engine while the loaded library runs scripts
