@@ -24,7 +24,7 @@ CArray<QString> Names(const QStringList& list)
     return names;
 }
 
-const QString kGlobals = QStringLiteral("function f(){ return 1; }\r\nvar d = 1;");
+const QString kGlobals = "function f(){ return 1; }\r\nvar d = 1;";
 
 } // namespace
 

@@ -10,14 +10,14 @@
 // a case that throws half-way. Counts are summed over the cases.
 namespace {
 
-const QString kScript = QStringLiteral("箍筋\\根数.js");
+const QString kScript = "箍筋\\根数.js";
 const QString kGlobalFun = QStringLiteral("function Twice(x) {\r\n" // 1
                                           "  return 2 * x;\r\n"    // 2: case a
                                           "}\r\n"                  // 3
                                           "function Never(x) {\n"  // 4 (LF only)
                                           "  return x;\n"          // 5: never
                                           "}");                    // 6
-const QString kGlobalParm = QStringLiteral("var d = 0;\r\nvar e = 1;");
+const QString kGlobalParm = "var d = 0;\r\nvar e = 1;";
 const QString kText = QStringLiteral("// 箍筋根数\r\n"                 // 1
                                      "var r = 0;\r\n"                  // 2: all
                                      "if (d > 10) {\r\n"               // 3: all
@@ -47,7 +47,7 @@ protected:
         SeedCase(kScript, "a.tx", "// 直径大\r\nd = 12;", {{"r", "25"}});
         SeedCase(kScript, "b.tx", "d = 5;", {{"r", "6"}});
         SeedCase(kScript, "c.tx", "d = -1;", {{"r", "-1"}});
-        m_service.SetOutputFolder(QStringLiteral("C:\\cover\\"));
+        m_service.SetOutputFolder("C:\\cover\\");
     }
 
     Hits HitsOf(const QString& fileName) const

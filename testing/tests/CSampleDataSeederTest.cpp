@@ -21,7 +21,7 @@ QList<QVariantList> Rows(const QString& table)
 
 QString MacroListPath()
 {
-    return HostContext::Instance().SysDataPath() + QStringLiteral("/macrolist.log");
+    return HostContext::Instance().SysDataPath() + "/macrolist.log";
 }
 
 } // namespace

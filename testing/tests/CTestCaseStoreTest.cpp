@@ -5,19 +5,11 @@
 
 namespace {
 
-const QString kSep = QStringLiteral("@@@@@@######@@@@@");
+const QString kSep = "@@@@@@######@@@@@";
 
 QString StoreFile(const QString& script, const QString& file)
 {
     return NativePath::Map(CTestCaseStore::ScriptFolder(script) + file);
-}
-
-void AddRow(NDataModelDataSet& table, const QString& name, const QString& value, const QString& msg = {})
-{
-    const int row = table.InsertRow(0);
-    table.SetAsString(CTestCaseInfoTable::ParmName, row, name);
-    table.SetAsString(CTestCaseInfoTable::ParmValue, row, value);
-    table.SetAsString(CTestCaseInfoTable::ParmMsg, row, msg);
 }
 
 } // namespace
@@ -43,20 +35,15 @@ TEST_F(CTestCaseStoreTest, SanitizeReplacesDotsBackslashesAndDoubleSlashes)
         EXPECT_EQ(CTestCaseStore::SanitizeScriptName(c.in), c.out) << c.in.toStdString();
     EXPECT_TRUE(CTestCaseStore::RootFolder().endsWith("脚本测试用例\\"));
     EXPECT_EQ(CTestCaseStore::ScriptFolder("x.js"), HostContext::Instance().TestCaseRoot() + "\\x_js\\");
-}
-
-TEST_F(CTestCaseStoreTest, NamesThatSanitizeAlikeShareOneFolder)
-{
+    // Names that sanitize alike share one folder.
     ASSERT_TRUE(CTestCaseStore::SaveGlobals("a.b\\c//d", "function f(){}", "var x = 1"));
-    EXPECT_TRUE(CTestCaseStore::HasTestCases("a_b_c_d"));
     EXPECT_EQ(Globals("a_b_c_d"), "function f(){}|var x = 1");
-    EXPECT_TRUE(QFileInfo(HomeFile("脚本测试用例/a_b_c_d/GlobalFun.txt")).isFile());
 }
 
 TEST_F(CTestCaseStoreTest, GlobalsAreWrittenInTheCodePageAndReplaced)
 {
-    const QString fun = QStringLiteral("// 公用函数\r\nfunction g(a) { return \"引号\" + a; }");
-    const QString parm = QStringLiteral("var d = 25 ////直径");
+    const QString fun = "// 公用函数\r\nfunction g(a) { return \"引号\" + a; }";
+    const QString parm = "var d = 25 ////直径";
     ASSERT_TRUE(CTestCaseStore::SaveGlobals("梁.js", fun, parm));
     EXPECT_EQ(ReadBytes(StoreFile("梁.js", "GlobalFun.txt")), CodePage::FromUnicode(fun));
     EXPECT_EQ(ReadBytes(StoreFile("梁.js", "GlobalParm.txt")), CodePage::FromUnicode(parm));
@@ -88,10 +75,8 @@ TEST_F(CTestCaseStoreTest, CaseRoundTripKeepsTextAndTableExactly)
 {
     ASSERT_TRUE(CTestCaseStore::SaveGlobals("s.js", "", ""));
     CTestCaseInfoTable table;
-    AddRow(table, "W", "3.856", "每米重量(kg/m)");
-    AddRow(table, "txt", "a \"q\" <b> & 'c'\r\nline2\nline3", "");
-    AddRow(table, "长度", "", "空值");
-    const QString text = QStringLiteral("d = 25;\r\n// 注释 with @@@ and ###\r\n");
+    Fill(table, {{"W", "3.856", "每米重量(kg/m)"}, {"txt", "a \"q\" <b> & 'c'\r\nline2\nline3", ""}, {"长度", "", "空值"}});
+    const QString text = "d = 25;\r\n// 注释 with @@@ and ###\r\n";
     ASSERT_TRUE(CTestCaseStore::SaveTestCase("s.js", "用例1.tx", text, &table));
     QString xml;
     ASSERT_TRUE(table.SaveDataSetXMLBuf_NoDelete(xml));
@@ -128,7 +113,7 @@ TEST_F(CTestCaseStoreTest, CaseFilesLoadOnlyWhenShortOrSplitInTwo)
         WriteCase("c.tx", c.content);
         QString text = "before";
         CTestCaseInfoTable table;
-        AddRow(table, "kept", "1");
+        Fill(table, {{"kept", "1"}});
         EXPECT_EQ(CTestCaseStore::LoadTestCase("s.js", "c.tx", text, c.ok ? &table : nullptr), c.ok);
         EXPECT_EQ(text, c.text);
         if (c.content.size() <= 17) {
@@ -142,8 +127,7 @@ TEST_F(CTestCaseStoreTest, CaseFilesLoadOnlyWhenShortOrSplitInTwo)
 TEST_F(CTestCaseStoreTest, DamagedTableXmlLeavesTheTableEmptyNotHalfLoaded)
 {
     CTestCaseInfoTable good;
-    AddRow(good, "a", "1");
-    AddRow(good, "b", "2");
+    Fill(good, {{"a", "1"}, {"b", "2"}});
     QString xml;
     ASSERT_TRUE(good.SaveDataSetXMLBuf_NoDelete(xml));
     for (const QString& tablePart : {xml.left(xml.size() / 2), xml + "<", QString("<DataSet>"), QString("not xml")}) {

@@ -2,8 +2,6 @@
 #include "CParallelTestRunner.h"
 #include "RunnerTestSupport.h"
 #include "CSampleDataSeeder.h"
-#include "CTestCaseStore.h"
-#include "TestEnvironment.h"
 
 namespace {
 
@@ -78,25 +76,6 @@ TEST(ParallelTestRunnerWorkersTest, WorkersNeverOutnumberScripts)
     const struct { int jobs, scripts, workers; } cases[] = {{1, 10, 1}, {4, 10, 4}, {4, 2, 2}, {4, 0, 1}, {0, 5, 1}, {-3, 5, 1}, {256, 300, 256}};
     for (const auto& c : cases)
         EXPECT_EQ(CParallelTestRunner(c.jobs).WorkersFor(c.scripts), c.workers) << c.jobs << "/" << c.scripts;
-}
-
-TEST_F(ParallelTestRunnerTest, RunAllWritesTheSameResultLinesWithOneWorkerOrMany)
-{
-    ASSERT_TRUE(CSampleDataSeeder().SeedIfNeeded());
-    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent("梁\\未测.js", "var q = 1;"));
-    SeedGlobals("梁\\坏.js");
-    SeedCase("梁\\坏.js", "a.tx", "", {{"q", "1"}});
-    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent("梁\\坏.js", "var = ;"));
-    QStringList results;
-    for (int jobs : {1, 3}) {
-        CTestJavaScriptService service;
-        service.SetJobs(jobs);
-        service.RunAllTests();
-        results << Masked(service);
-    }
-    EXPECT_EQ(results[0].count("测试通过!"), 21);
-    EXPECT_TRUE(results[0].contains("检测测试()发现错误:没有测试用例!"));
-    EXPECT_EQ(results[1], results[0]);
 }
 
 TEST_F(ParallelTestRunnerTest, ACancelledRunAllWritesTheScriptsThatRan)

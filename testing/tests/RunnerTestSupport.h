@@ -17,6 +17,7 @@ struct Expect
 {
     QString name;
     QString value;
+    QString comment = {};
 };
 
 // The rows of a case table from `first` on, each as "name|value|comment".
@@ -33,15 +34,17 @@ inline QStringList RowTexts(const NDataModelDataSet& table, int first = 1)
 inline QString Globals(const QString& script)
 {
     QString fun, parm;
-    return CTestCaseStore::LoadGlobals(script, fun, parm) ? fun + "|" + parm : QStringLiteral("<failed>");
+    return CTestCaseStore::LoadGlobals(script, fun, parm) ? fun + "|" + parm : "<failed>";
 }
 
-inline void Fill(CTestCaseInfoTable& table, const QList<Expect>& rows)
+inline void Fill(NDataModelDataSet& table, const QList<Expect>& rows)
 {
     for (const Expect& e : rows) {
         const int row = table.InsertRow(0);
         table.SetAsString(CTestCaseInfoTable::ParmName, row, e.name);
         table.SetAsString(CTestCaseInfoTable::ParmValue, row, e.value);
+        if (!e.comment.isNull())
+            table.SetAsString(CTestCaseInfoTable::ParmMsg, row, e.comment);
     }
 }
 
@@ -66,7 +69,7 @@ protected:
     static QString Masked(const CTestJavaScriptService& service)
     {
         static const QRegularExpression stamp(
-            QStringLiteral("(^|\\r\\n)\\d{4}\\.\\d{1,2}\\.\\d{1,2} \\d{1,2}:\\d{1,2}:\\d{1,2}\\.\\.\\."));
+            "(^|\\r\\n)\\d{4}\\.\\d{1,2}\\.\\d{1,2} \\d{1,2}:\\d{1,2}:\\d{1,2}\\.\\.\\.");
         QString text;
         QxMfc::Fun::File2CString(service.GetResultFileName(), text);
         return text.replace(stamp, "\\1T...");

@@ -13,8 +13,8 @@ class MacroListTest : public MacroStoreFixture
 protected:
     void Prepare() override
     {
-        CMacro bare(1, QStringLiteral("无输入"), QString(), QStringLiteral("var y = 2;"));
-        bare.OutputParams().Add(MakeParam(QStringLiteral("y"), QString(), QStringLiteral("结果"), 1));
+        CMacro bare(1, "无输入", QString(), "var y = 2;");
+        bare.OutputParams().Add(MakeParam("y", QString(), "结果", 1));
         m_rebarId = m_macros.InsertMacro(MakeRebarMacro());
         m_bareId = m_macros.InsertMacro(bare);
         ASSERT_GT(m_bareId, m_rebarId);
@@ -23,7 +23,7 @@ protected:
     // Each listed row as "name|description".
     QStringList Rows(CDlgMacroList& dialog)
     {
-        auto* list = dialog.findChild<QTreeWidget*>(QStringLiteral("1030"));
+        auto* list = dialog.findChild<QTreeWidget*>("1030");
         QStringList rows;
         for (int i = 0; list && i < list->topLevelItemCount(); ++i)
             rows << list->topLevelItem(i)->text(0) + "|" + list->topLevelItem(i)->text(1);
@@ -37,13 +37,13 @@ protected:
 TEST_P(MacroListTest, OpensAStoredMacroWhole)
 {
     CDlgMacroList dialog;
-    EXPECT_EQ(dialog.windowTitle(), QStringLiteral("宏列表"));
+    EXPECT_EQ(dialog.windowTitle(), "宏列表");
     EXPECT_EQ(Rows(dialog), QStringList({"钢筋重量|每米重量", "无输入|"}));
     CMacro opened;
     dialog.SetOpener([&](const CMacro& macro) { opened = macro; });
     for (int row : {1, 0}) {
         dialog.SetCurrentRow(row);
-        dialog.findChild<QPushButton*>(QStringLiteral("1"))->click();
+        dialog.findChild<QPushButton*>("1")->click();
         EXPECT_EQ(dialog.result(), QDialog::Accepted);
         const CMacro& stored = dialog.Service().Macros()[row];
         EXPECT_EQ(opened.GetId(), stored.GetId());
@@ -72,9 +72,9 @@ TEST_P(MacroListTest, AddAndModifyTakeTheFactsTheUserGives)
     CDlgMacroList dialog;
     bool confirm = true;
     dialog.SetFactsAsker([&](CMacro& facts) {
-        facts.SetName(facts.GetName() + QStringLiteral("新"));
+        facts.SetName(facts.GetName() + "新");
         facts.SetType(1);
-        facts.SetDescription(QStringLiteral("改过"));
+        facts.SetDescription("改过");
         return confirm;
     });
     EXPECT_TRUE(dialog.OnCommand(CDlgMacroList::ID_ADD));
@@ -94,8 +94,8 @@ TEST_P(MacroListTest, AddAndModifyTakeTheFactsTheUserGives)
 TEST_P(MacroListTest, ExportWritesTheListedMacrosAsXml)
 {
     CDlgMacroList dialog;
-    Ui().QueueFileName(QStringLiteral("C:\\宏.xml"));
-    Ui().QueueFileName(QStringLiteral("C:\\没有的目录\\宏.xml"));
+    Ui().QueueFileName("C:\\宏.xml");
+    Ui().QueueFileName("C:\\没有的目录\\宏.xml");
     EXPECT_TRUE(dialog.OnCommand(CDlgMacroList::ID_EXPORT));
     EXPECT_FALSE(dialog.OnCommand(CDlgMacroList::ID_EXPORT));
     EXPECT_FALSE(dialog.OnCommand(CDlgMacroList::ID_EXPORT)); // cancelled
@@ -104,8 +104,7 @@ TEST_P(MacroListTest, ExportWritesTheListedMacrosAsXml)
                              "Description=\"每米重量\"/><Macro Name=\"无输入\" Value=\"var y = 2;\" "
                              "Description=\"\"/></Macros>")
                   .toUtf8());
-    EXPECT_EQ(Ui().MessageTexts(),
-              QStringList({"已导出2个宏到C:\\宏.xml", "导出失败：C:\\没有的目录\\宏.xml"}));
+    EXPECT_EQ(Ui().MessageTexts(), QStringList({"已导出2个宏到C:\\宏.xml", "导出失败：C:\\没有的目录\\宏.xml"}));
 }
 
 VELMORA_INSTANTIATE_DB_BACKENDS(MacroListTest);

@@ -29,7 +29,7 @@ protected:
     {
         TempHomeTest::SetUp();
         editor.SetStatusTarget(&sink);
-        editor.setText(QStringLiteral("var a = 1;\nvar ab = A;\nvar a2 = a;\n"));
+        editor.setText("var a = 1;\nvar ab = A;\nvar a2 = a;\n");
     }
     QString Selected() { return editor.selectedText(); }
     long SelStart() { return editor.SendScintilla(QsciScintilla::SCI_GETSELECTIONSTART); }
@@ -43,21 +43,21 @@ TEST_F(CEditCtrTest, FindWalksDownAndUpWithWholeWordAndCase)
     // Down from the start: every "a" as a word, case-insensitive: a, A, a.
     editor.SendScintilla(QsciScintilla::SCI_SETSEL, 0L, 0L);
     QList<long> down;
-    while (editor.FindNext(QStringLiteral("a"), true, true, false))
+    while (editor.FindNext("a", true, true, false))
         down.append(SelStart());
     EXPECT_EQ(down, (QList<long>{4, 20, 32}));
-    EXPECT_EQ(Ui().MessageTexts(), QStringList{QStringLiteral("已经找到头!")});
+    EXPECT_EQ(Ui().MessageTexts(), QStringList{"已经找到头!"});
     // The failed search leaves the last match selected; up walks back from it.
-    EXPECT_EQ(Selected(), QStringLiteral("a"));
+    EXPECT_EQ(Selected(), "a");
     QList<long> up;
-    while (editor.FindNext(QStringLiteral("a"), false, true, true))
+    while (editor.FindNext("a", false, true, true))
         up.append(SelStart());
     EXPECT_EQ(up, (QList<long>{4}));
     // Not whole word, case sensitive: "A" only once.
     editor.SendScintilla(QsciScintilla::SCI_SETSEL, 0L, 0L);
-    EXPECT_TRUE(editor.FindNext(QStringLiteral("A"), true, false, true));
+    EXPECT_TRUE(editor.FindNext("A", true, false, true));
     EXPECT_EQ(SelStart(), 20);
-    EXPECT_FALSE(editor.FindNext(QStringLiteral("A"), true, false, true));
+    EXPECT_FALSE(editor.FindNext("A", true, false, true));
 }
 
 TEST_F(CEditCtrTest, ControlKeysOpenFindAndGoToByTheirCodes)
@@ -78,7 +78,7 @@ TEST_F(CEditCtrTest, ControlKeysOpenFindAndGoToByTheirCodes)
         EXPECT_EQ(CEditCtr::VirtualKeyOf(event), row.code) << row.key;
         QTest::keyClick(&editor, Qt::Key(row.key), row.mods);
         EXPECT_EQ(editor.FindDialog() != nullptr, row.find) << row.key;
-        EXPECT_EQ(Ui().CallsOf(QStringLiteral("InputText")).size(), row.go ? 1 : 0) << row.key;
+        EXPECT_EQ(Ui().CallsOf("InputText").size(), row.go ? 1 : 0) << row.key;
     }
     // A plain F is typed as a letter.
     EXPECT_TRUE(editor.text().contains(QLatin1Char('f'), Qt::CaseInsensitive));
@@ -109,8 +109,8 @@ TEST_F(CEditCtrTest, GoToLineMovesCaretAndReports)
         ASSERT_FALSE(sink.reports.isEmpty());
         EXPECT_EQ(sink.reports.last(), (QPair<quintptr, qintptr>(row.line + 1, 4))) << row.answer;
     }
-    EXPECT_EQ(Ui().CallsOf(QStringLiteral("InputText")).first().caption, QStringLiteral("跳转到"));
-    EXPECT_EQ(Ui().CallsOf(QStringLiteral("InputText")).first().text, QStringLiteral("行号"));
+    EXPECT_EQ(Ui().CallsOf("InputText").first().caption, "跳转到");
+    EXPECT_EQ(Ui().CallsOf("InputText").first().text, "行号");
     // An empty answer changes nothing.
     Ui().QueueInput(QString());
     sink.reports.clear();
@@ -124,8 +124,8 @@ TEST_F(CEditCtrTest, PopupCarriesItsIdsAndSelectAllWorks)
     QStringList items;
     for (QAction* action : menu->actions())
         items << action->text() + QLatin1Char('=') + action->data().toString();
-    EXPECT_EQ(items.join(QLatin1Char(',')), QStringLiteral("复制=4,粘贴=1,查找=2,撤销=32771,全选=3"));
-    EXPECT_EQ(menu->title(), QStringLiteral("属性"));
+    EXPECT_EQ(items.join(QLatin1Char(',')), "复制=4,粘贴=1,查找=2,撤销=32771,全选=3");
+    EXPECT_EQ(menu->title(), "属性");
     EXPECT_TRUE(editor.OnCommand(CEditCtr::kSelectAll));
     EXPECT_EQ(editor.selectedText(), editor.text());
     EXPECT_FALSE(editor.OnCommand(32789));

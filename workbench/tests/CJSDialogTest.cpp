@@ -64,22 +64,21 @@ protected:
 
 TEST_F(JSDialogTest, ChosenRowFillsTheComboOnOpeningAndOnRefill)
 {
-    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent(QStringLiteral("a\\b.js"), QStringLiteral("var b;")));
-    workbench.chosen = QStringLiteral("a\\b.js|c.js|d.txt");
+    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent("a\\b.js", "var b;"));
+    workbench.chosen = "a\\b.js|c.js|d.txt";
     dialog.OnInitDialog();
     EXPECT_EQ(dialog.Data().entries, QStringList({"a\\b.js", "a\\c.js"}));
-    EXPECT_EQ(dialog.Data().scriptPath, QStringLiteral("a\\b.js"));
-    EXPECT_EQ(dialog.Data().scriptText, QStringLiteral("var b;"));
-    EXPECT_EQ(dialog.Data().databasePath, HostContext::Instance().SystemDatabase());
+    EXPECT_EQ(dialog.Data().scriptPath, "a\\b.js");
+    EXPECT_EQ(dialog.Data().scriptText, "var b;");
 
     // A refill while the window is open lists the first piece's folders.
     dialog.Create(nullptr);
-    workbench.chosen = QStringLiteral("x\\y\\z.js|w.js");
+    workbench.chosen = "x\\y\\z.js|w.js";
     dialog.FillFromChosenRow();
     EXPECT_EQ(dialog.Data().entries, QStringList({"x", "x\\y", "x\\z.js"}));
     EXPECT_EQ(dialog.Data().scriptText, QString());
     EXPECT_EQ(Control<QComboBox>(1004)->count(), 3);
-    EXPECT_EQ(Control<QLineEdit>(1000)->text(), QStringLiteral("x\\y\\z.js"));
+    EXPECT_EQ(Control<QLineEdit>(1000)->text(), "x\\y\\z.js");
 }
 
 TEST_F(JSDialogTest, BrowsedScriptPathIsCutAfterItsFirstSE)
@@ -99,19 +98,19 @@ TEST_F(JSDialogTest, BrowsedScriptPathIsCutAfterItsFirstSE)
 
 TEST_F(JSDialogTest, BrowsingReadsTheRightTableAndAFileWithoutJsKeepsThePath)
 {
-    ASSERT_TRUE(CAccessSysData_MacrosV2Table::SetMacroContent(QStringLiteral("通用脚本\\x.js"), QStringLiteral("v2")));
-    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent(QStringLiteral("通用脚本\\x.js"), QStringLiteral("v1")));
-    Ui().QueueFileName(QStringLiteral("D:/DATA/BASE/通用脚本/x.js"));
+    ASSERT_TRUE(CAccessSysData_MacrosV2Table::SetMacroContent("通用脚本\\x.js", "v2"));
+    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent("通用脚本\\x.js", "v1"));
+    Ui().QueueFileName("D:/DATA/BASE/通用脚本/x.js");
     dialog.OnBrowseScript();
-    EXPECT_EQ(dialog.Data().scriptPath, QStringLiteral("通用脚本\\x.js"));
-    EXPECT_EQ(dialog.Data().scriptText, QStringLiteral("v2"));
+    EXPECT_EQ(dialog.Data().scriptPath, "通用脚本\\x.js");
+    EXPECT_EQ(dialog.Data().scriptText, "v2");
     EXPECT_EQ(dialog.Data().entries, QStringList{"通用脚本\\x.js"});
 
-    dialog.Data().scriptText = QStringLiteral("edited, not saved");
-    Ui().QueueFileName(QStringLiteral("D:\\DATA\\BASE\\readme.txt"));
+    dialog.Data().scriptText = "edited, not saved";
+    Ui().QueueFileName("D:\\DATA\\BASE\\readme.txt");
     dialog.OnBrowseScript();
-    EXPECT_EQ(dialog.Data().scriptPath, QStringLiteral("通用脚本\\x.js"));
-    EXPECT_EQ(dialog.Data().scriptText, QStringLiteral("v2"));
+    EXPECT_EQ(dialog.Data().scriptPath, "通用脚本\\x.js");
+    EXPECT_EQ(dialog.Data().scriptText, "v2");
     EXPECT_EQ(Ui().CallsOf("OpenFileName").size(), 2);
 }
 
@@ -121,40 +120,39 @@ TEST_F(JSDialogTest, SaveAlwaysSaysSuccessAndStoresUnderTheKey)
     for (const auto& row : rows) {
         Ui().Clear();
         dialog.Data().scriptPath = QString::fromUtf8(row.path);
-        dialog.Data().scriptText = QStringLiteral("var n = 1;");
+        dialog.Data().scriptText = "var n = 1;";
         dialog.OnSave();
         EXPECT_EQ(Ui().MessageTexts(), QStringList{"成功！"}) << row.path;
         QString text;
         EXPECT_EQ(dialog.GetContent(text), row.stored) << row.path;
-        EXPECT_EQ(text, row.stored ? QStringLiteral("var n = 1;") : QString()) << row.path;
+        EXPECT_EQ(text, row.stored ? "var n = 1;" : QString()) << row.path;
     }
 }
 
 TEST_F(JSDialogTest, ScriptIsReadFromAnotherAccessFile)
 {
     ASSERT_FALSE(CopyAccessFixture(HostContext::Instance().DriveRoot(QLatin1Char('D')) + "/数据").isEmpty());
-    dialog.Data().scriptPath = QStringLiteral("梁\\箍筋长度.js");
-    Ui().QueueFileName(QStringLiteral("D:\\数据\\macros.mdb"));
+    dialog.Data().scriptPath = "梁\\箍筋长度.js";
+    Ui().QueueFileName("D:\\数据\\macros.mdb");
     dialog.OnBrowseDatabase();
-    EXPECT_EQ(dialog.Data().scriptText,
-              QStringLiteral("var L = 2 * (b + h) - 8 * c + 2 * 11.9 * d;\r\nif (L < 0) { L = 0; }\r\n"));
-    EXPECT_EQ(dialog.Data().databasePath, QStringLiteral("D:\\数据\\macros.mdb"));
+    EXPECT_EQ(dialog.Data().scriptText, "var L = 2 * (b + h) - 8 * c + 2 * 11.9 * d;\r\nif (L < 0) { L = 0; }\r\n");
+    EXPECT_EQ(dialog.Data().databasePath, "D:\\数据\\macros.mdb");
 
     // A key the file lacks, and a file that is no Access file, leave the text.
-    dialog.Data().scriptPath = QStringLiteral("梁\\没有.js");
-    Ui().QueueFileName(QStringLiteral("D:\\数据\\macros.mdb"));
-    Ui().QueueFileName(QStringLiteral("D:\\数据\\notes.txt"));
+    dialog.Data().scriptPath = "梁\\没有.js";
+    Ui().QueueFileName("D:\\数据\\macros.mdb");
+    Ui().QueueFileName("D:\\数据\\notes.txt");
     dialog.OnBrowseDatabase();
     dialog.OnBrowseDatabase();
-    EXPECT_EQ(dialog.Data().scriptText.left(6), QStringLiteral("var L "));
-    EXPECT_EQ(dialog.Data().databasePath, QStringLiteral("D:\\数据\\macros.mdb"));
+    EXPECT_EQ(dialog.Data().scriptText.left(6), "var L ");
+    EXPECT_EQ(dialog.Data().databasePath, "D:\\数据\\macros.mdb");
     EXPECT_TRUE(Ui().MessageTexts().isEmpty());
 }
 
 TEST_F(JSDialogTest, RunReplacesTheStoredScriptInsideTheWorkbenchTextOrAppends)
 {
-    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent(QStringLiteral("k.js"), QStringLiteral("var a = 1;")));
-    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent(QStringLiteral("empty.js"), QString("")));
+    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent("k.js", "var a = 1;"));
+    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent("empty.js", QString("")));
     const struct { const char* key; const char* gathered; const char* run; } rows[] = {
         {"k.js", "var a = 1;\r\nvar b = a;var a = 1;", "var a = 2;\r\nvar b = a;var a = 2;"},
         {"k.js", "var c = 3;", "var c = 3;var a = 2;"},
@@ -163,7 +161,7 @@ TEST_F(JSDialogTest, RunReplacesTheStoredScriptInsideTheWorkbenchTextOrAppends)
     };
     for (const auto& row : rows) {
         dialog.Data().scriptPath = QString::fromUtf8(row.key);
-        dialog.Data().scriptText = QStringLiteral("var a = 2;");
+        dialog.Data().scriptText = "var a = 2;";
         workbench.gathered = QString::fromUtf8(row.gathered);
         dialog.OnRun();
         EXPECT_EQ(workbench.runs.value(workbench.runs.size() - 1), QString::fromUtf8(row.run)) << row.key;
@@ -176,29 +174,27 @@ TEST_F(JSDialogTest, RunReplacesTheStoredScriptInsideTheWorkbenchTextOrAppends)
 
 TEST_F(JSDialogTest, WindowIsCentredOnItsOwnerAndClosingDestroysIt)
 {
-    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent(QStringLiteral("b\\one.js"), QStringLiteral("1;\r\n2;")));
-    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent(QStringLiteral("b\\two.js"), QStringLiteral("two")));
+    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent("b\\one.js", "1;\r\n2;"));
+    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent("b\\two.js", "two"));
     QWidget owner;
     owner.setGeometry(100, 50, 1001, 701);
-    workbench.chosen = QStringLiteral("b\\one.js|two.js");
+    workbench.chosen = "b\\one.js|two.js";
     dialog.Create(&owner);
     ASSERT_TRUE(dialog.IsWindow());
     CJSDialogWnd* window = dialog.GetWindow();
-    EXPECT_EQ(window->objectName(), QStringLiteral("1008"));
-    EXPECT_EQ(window->windowTitle(), QStringLiteral("脚本导入数据库"));
     const QRect outer = owner.frameGeometry();
     EXPECT_EQ(window->pos(), QPoint(outer.left() + (outer.width() - window->width()) / 2,
                                     outer.top() + (outer.height() - window->height()) / 2));
 
     // The controls carry the data both ways; CR LF survive the editor.
-    EXPECT_EQ(Control<QPlainTextEdit>(1001)->toPlainText(), QStringLiteral("1;\n2;"));
+    EXPECT_EQ(Control<QPlainTextEdit>(1001)->toPlainText(), "1;\n2;");
     Click(1);
     QString stored;
-    ASSERT_TRUE(CAccessSysData_MacrosTable::GetMacroContent(QStringLiteral("b\\one.js"), stored));
-    EXPECT_EQ(stored, QStringLiteral("1;\r\n2;"));
+    ASSERT_TRUE(CAccessSysData_MacrosTable::GetMacroContent("b\\one.js", stored));
+    EXPECT_EQ(stored, "1;\r\n2;");
     emit Control<QComboBox>(1004)->activated(1);
-    EXPECT_EQ(Control<QLineEdit>(1000)->text(), QStringLiteral("b\\two.js"));
-    EXPECT_EQ(Control<QPlainTextEdit>(1001)->toPlainText(), QStringLiteral("two"));
+    EXPECT_EQ(Control<QLineEdit>(1000)->text(), "b\\two.js");
+    EXPECT_EQ(Control<QPlainTextEdit>(1001)->toPlainText(), "two");
 
     // Creating again replaces the window; cancelling destroys it.
     const QPointer<CJSDialogWnd> first = window;

@@ -9,15 +9,15 @@ using SettingsFileOpenerTest = TempHomeTest;
 TEST_F(SettingsFileOpenerTest, AFailedOpenTellsWhyAndKeepsTheOpenFile)
 {
     CArray<CMacroParam> outputs;
-    outputs.Add(CMacroParam(QStringLiteral("W"), QStringLiteral("1"), QStringLiteral("重量")));
+    outputs.Add(CMacroParam("W", "1", "重量"));
     CMacroParamFile saved;
-    saved.SetFilePath(QStringLiteral("C:\\a.xml"));
-    ASSERT_TRUE(saved.Save({}, outputs, QStringLiteral("C:\\a.js"), QStringLiteral("var W = 1;")));
+    saved.SetFilePath("C:\\a.xml");
+    ASSERT_TRUE(saved.Save({}, outputs, "C:\\a.js", "var W = 1;"));
     ASSERT_TRUE(WriteBytes(HomeFile("drives/c/broken.xml"), "<Script><ScriptFile"));
     ASSERT_TRUE(WriteBytes(HomeFile("drives/c/lost.xml"), "<Script><ScriptFile Name=\"C:\\gone.js\"/></Script>"));
 
     CMacroParamFile open;
-    ASSERT_TRUE(CSettingsFileOpener::Open(QStringLiteral("C:\\a.xml"), open));
+    ASSERT_TRUE(CSettingsFileOpener::Open("C:\\a.xml", open));
     EXPECT_TRUE(Ui().calls.isEmpty());
     const struct { const char* path; QStringList messages; } failures[] = {
         {"C:\\broken.xml", {"无法读取设置文件C:\\broken.xml"}},
@@ -27,12 +27,12 @@ TEST_F(SettingsFileOpenerTest, AFailedOpenTellsWhyAndKeepsTheOpenFile)
         Ui().Clear();
         EXPECT_FALSE(CSettingsFileOpener::Open(QString::fromUtf8(failure.path), open));
         EXPECT_EQ(Ui().MessageTexts(), failure.messages);
-        EXPECT_EQ(open.GetFilePath(), QStringLiteral("C:\\a.xml"));
-        EXPECT_EQ(open.GetScriptFile(), QStringLiteral("C:\\a.js"));
+        EXPECT_EQ(open.GetFilePath(), "C:\\a.xml");
+        EXPECT_EQ(open.GetScriptFile(), "C:\\a.js");
         CArray<CMacroParam> kept;
         open.GetOutputParams(kept);
         ASSERT_EQ(kept.GetSize(), 1);
-        EXPECT_EQ(kept[0].GetDescription(), QStringLiteral("重量"));
+        EXPECT_EQ(kept[0].GetDescription(), "重量");
     }
 }
 

@@ -17,14 +17,13 @@ TEST_F(MacroDialogsTest, MacroDialogRefusesAnEmptyNameAndGivesTheTypeIndex)
     for (const auto& row : rows) {
         Ui().Clear();
         CDlgMacro dialog;
-        EXPECT_EQ(dialog.findChild<QComboBox*>(QStringLiteral("1020"))->count(), 2);
         Type(&dialog, 1017, QString::fromUtf8(row.name));
-        dialog.findChild<QComboBox*>(QStringLiteral("1020"))->setCurrentIndex(row.type);
+        dialog.findChild<QComboBox*>("1020")->setCurrentIndex(row.type);
         dialog.show();
         dialog.accept();
         EXPECT_EQ(dialog.result() == QDialog::Accepted, row.accepted) << row.name;
         EXPECT_EQ(dialog.isVisible(), !row.accepted) << row.name;
-        EXPECT_EQ(Ui().MessageTexts(), row.accepted ? QStringList() : QStringList{QStringLiteral("名城不能为空")});
+        EXPECT_EQ(Ui().MessageTexts(), row.accepted ? QStringList() : QStringList{"名城不能为空"});
         if (row.accepted) {
             EXPECT_EQ(dialog.m_nType, row.type);
         }
@@ -36,23 +35,23 @@ TEST_F(MacroDialogsTest, NewDialogWritesTheSkeletonWhetherTypedOrBrowsed)
     const QByteArray skeleton =
         "<Script><ScriptFile Name=\"C:\\s.js\"/><ParamsInput/><ParamsOutput/></Script>";
     for (bool browse : {false, true}) {
-        ASSERT_TRUE(WriteBytes(HomeFile(QStringLiteral("drives/c/set.xml")), "old content that is longer"));
+        ASSERT_TRUE(WriteBytes(HomeFile("drives/c/set.xml"), "old content that is longer"));
         CDlgNew dialog;
         if (browse) {
-            Ui().QueueFileName(QStringLiteral("C:\\set.xml"));
-            Ui().QueueFileName(QStringLiteral("C:\\s.js"));
-            dialog.findChild<QPushButton*>(QStringLiteral("1008"))->click();
-            dialog.findChild<QPushButton*>(QStringLiteral("1010"))->click();
+            Ui().QueueFileName("C:\\set.xml");
+            Ui().QueueFileName("C:\\s.js");
+            dialog.findChild<QPushButton*>("1008")->click();
+            dialog.findChild<QPushButton*>("1010")->click();
         } else {
-            Type(&dialog, 1007, QStringLiteral("C:\\set.xml"));
-            Type(&dialog, 1009, QStringLiteral("C:\\s.js"));
+            Type(&dialog, 1007, "C:\\set.xml");
+            Type(&dialog, 1009, "C:\\s.js");
         }
         dialog.accept();
-        EXPECT_EQ(dialog.m_strSetFileName, QStringLiteral("C:\\set.xml")) << browse;
-        EXPECT_EQ(dialog.m_strScriptFileName, QStringLiteral("C:\\s.js")) << browse;
-        EXPECT_EQ(ReadBytes(HomeFile(QStringLiteral("drives/c/set.xml"))), skeleton) << browse;
+        EXPECT_EQ(dialog.m_strSetFileName, "C:\\set.xml") << browse;
+        EXPECT_EQ(dialog.m_strScriptFileName, "C:\\s.js") << browse;
+        EXPECT_EQ(ReadBytes(HomeFile("drives/c/set.xml")), skeleton) << browse;
     }
-    const auto files = Ui().CallsOf(QStringLiteral("OpenFileName"));
+    const auto files = Ui().CallsOf("OpenFileName");
     ASSERT_EQ(files.size(), 2);
     EXPECT_EQ(files[0].text, CDlgNew::kSettingsFilter);
     EXPECT_EQ(files[1].text, CDlgNew::kScriptFilter);
@@ -61,14 +60,14 @@ TEST_F(MacroDialogsTest, NewDialogWritesTheSkeletonWhetherTypedOrBrowsed)
 TEST_F(MacroDialogsTest, LoadDialogTakesATypedOrBrowsedNameAndACancelledBrowseKeepsIt)
 {
     CDlgLoad dialog;
-    Type(&dialog, 1013, QStringLiteral("C:\\typed.xml"));
-    dialog.findChild<QPushButton*>(QStringLiteral("1012"))->click(); // cancelled: nothing queued
+    Type(&dialog, 1013, "C:\\typed.xml");
+    dialog.findChild<QPushButton*>("1012")->click(); // cancelled: nothing queued
     dialog.accept();
-    EXPECT_EQ(dialog.m_strFileName, QStringLiteral("C:\\typed.xml"));
-    Ui().QueueFileName(QStringLiteral("C:\\browsed.xml"));
-    dialog.findChild<QPushButton*>(QStringLiteral("1012"))->click();
+    EXPECT_EQ(dialog.m_strFileName, "C:\\typed.xml");
+    Ui().QueueFileName("C:\\browsed.xml");
+    dialog.findChild<QPushButton*>("1012")->click();
     dialog.accept();
-    EXPECT_EQ(dialog.m_strFileName, QStringLiteral("C:\\browsed.xml"));
+    EXPECT_EQ(dialog.m_strFileName, "C:\\browsed.xml");
 }
 
 } // namespace

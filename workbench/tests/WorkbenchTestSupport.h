@@ -23,24 +23,25 @@ inline void Type(QWidget* dialog, int id, const QString& text)
         edit->setText(text);
 }
 
+// The workbench's parameter pane, a row as "name|value|description|type".
+inline QStringList ParamRows()
+{
+    QStringList rows;
+    CEditListCtrl* list = CVelmoraDlg::Instance()->ParamList();
+    for (int r = 0; r < list->GetItemCount(); ++r)
+        rows << QStringList{list->GetItemText(r, 0), list->GetItemText(r, 1), list->GetItemText(r, 2),
+                            list->GetItemText(r, 3)}.join(QLatin1Char('|'));
+    return rows;
+}
+
 // A fresh workbench window over a temporary home.
 class WorkbenchTest : public TempHomeTest
 {
 protected:
-    void SetUp() override { TempHomeTest::SetUp(); }
     void TearDown() override
     {
         CVelmoraDlg::DestroyInstance();
         TempHomeTest::TearDown();
     }
     CVelmoraDlg* Window() { return CVelmoraDlg::Instance(); }
-    QStringList ParamRows()
-    {
-        QStringList rows;
-        CEditListCtrl* list = Window()->ParamList();
-        for (int r = 0; r < list->GetItemCount(); ++r)
-            rows << QStringList{list->GetItemText(r, 0), list->GetItemText(r, 1), list->GetItemText(r, 2),
-                                list->GetItemText(r, 3)}.join(QLatin1Char('|'));
-        return rows;
-    }
 };

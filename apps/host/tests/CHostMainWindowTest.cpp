@@ -52,7 +52,7 @@ TEST_F(CHostMainWindowTest, ComputeFillsTheTableOnAWorkerThread)
     EXPECT_TRUE(Action(window, "actionCompute")->isEnabled());
     EXPECT_TRUE(Ui().MessageTexts().isEmpty()) << Ui().MessageTexts().join('\n').toStdString();
 
-    auto* table = window.findChild<QTableWidget*>(QStringLiteral("resultTable"));
+    auto* table = window.findChild<QTableWidget*>("resultTable");
     ASSERT_NE(table, nullptr);
     const int last = table->rowCount() - 1;
     ASSERT_GT(last, 0);
@@ -61,9 +61,9 @@ TEST_F(CHostMainWindowTest, ComputeFillsTheTableOnAWorkerThread)
         EXPECT_TRUE(table->item(row, 5)->text().isEmpty()) << table->item(row, 5)->text().toStdString();
         sum += table->item(row, 4)->text().toDouble();
     }
-    EXPECT_EQ(table->item(last, 0)->text(), QStringLiteral("合计"));
+    EXPECT_EQ(table->item(last, 0)->text(), "合计");
     EXPECT_NEAR(table->item(last, 4)->text().toDouble(), sum, 0.01 * last);
-    EXPECT_TRUE(window.findChild<QLabel*>(QStringLiteral("summary"))
+    EXPECT_TRUE(window.findChild<QLabel*>("summary")
                     ->text()
                     .startsWith(QStringLiteral("7个构件, 钢筋总重%1kg").arg(table->item(last, 4)->text())));
 }

@@ -61,7 +61,7 @@ TEST_F(CProjectCalcServiceTest, ComputesTheSampleProjectAndRecordsTheRunForTheSc
     // from the script's global default.
     const double la = std::ceil(0.14 * 360 / 1.43 * 25);
     const double ll = std::ceil(1.4 * la);
-    const auto* bars = Find(service, QStringLiteral("KZ1"), QStringLiteral("柱\\柱纵筋长度.js"));
+    const auto* bars = Find(service, "KZ1", "柱\\柱纵筋长度.js");
     ASSERT_NE(bars, nullptr);
     EXPECT_TRUE(bars->quantities.startsWith(QStringLiteral("L=%1, W=").arg(3000 + ll))) << bars->quantities.toStdString();
 
@@ -73,22 +73,15 @@ TEST_F(CProjectCalcServiceTest, ComputesTheSampleProjectAndRecordsTheRunForTheSc
 
     CArray<QString> lines;
     ASSERT_TRUE(CTestCaseStore::ReadLastRunScripts(lines));
-    QStringList listed;
-    for (const QString& line : lines)
-        listed.append(line);
+    QStringList listed(lines.begin(), lines.end()), expected = {
+        "板\\板分布筋.js:板", "柱\\柱纵筋长度.js:柱", "梁\\弯起钢筋长度.js:梁", "梁\\矩形箍筋下料长度.js:通用",
+        "通用脚本\\受拉钢筋锚固长度.js:通用", "通用脚本\\纵向受拉钢筋搭接长度.js:柱", "通用脚本\\钢筋每米重量.js:通用"};
     listed.sort();
-    const QStringList expected = {
-        QStringLiteral("板\\板分布筋.js:板"),           QStringLiteral("柱\\柱纵筋长度.js:柱"),
-        QStringLiteral("梁\\弯起钢筋长度.js:梁"),       QStringLiteral("梁\\矩形箍筋下料长度.js:通用"),
-        QStringLiteral("通用脚本\\受拉钢筋锚固长度.js:通用"), QStringLiteral("通用脚本\\纵向受拉钢筋搭接长度.js:柱"),
-        QStringLiteral("通用脚本\\钢筋每米重量.js:通用"),
-    };
-    QStringList sortedExpected = expected;
-    sortedExpected.sort();
-    EXPECT_EQ(listed, sortedExpected);
+    expected.sort();
+    EXPECT_EQ(listed, expected);
     const QString macroList = ReadLog(CDiagnosticLog::MacroListLogPath());
-    EXPECT_TRUE(macroList.startsWith(QStringLiteral("old.js:x\r\n") + QString(29, QLatin1Char('*')) + QStringLiteral("\r\n")));
-    EXPECT_TRUE(macroList.contains(QStringLiteral("\r\n图形法脚本\\圆形箍筋长度.js:NotExecute\r\n")));
+    EXPECT_TRUE(macroList.startsWith("old.js:x\r\n" + QString(29, QLatin1Char('*')) + "\r\n"));
+    EXPECT_TRUE(macroList.contains("\r\n图形法脚本\\圆形箍筋长度.js:NotExecute\r\n"));
     EXPECT_TRUE(ReadLog(CDiagnosticLog::CalAnalyseLogPath())
                     .contains(QStringLiteral("计算完成: 7个构件, 0次出错, 钢筋总重%1kg").arg(sum, 0, 'f', 2)));
 }
@@ -97,35 +90,26 @@ TEST_F(CProjectCalcServiceTest, ABadScriptUseIsAnErrorRowAndTheRunGoesOn)
 {
     CSampleProject project;
     ASSERT_TRUE(project.Load());
-    ASSERT_TRUE(Sql(QStringLiteral("insert into Macros (key_ch, content) values (?, ?)"),
-                    {QStringLiteral("梁\\语法错误.js"), QStringLiteral("var L = ;")}));
-    struct Row
-    {
-        const char16_t* key;
-        const char* inputs;
-        const char* weight;
-        const char16_t* error;
-    } rows[] = {
-        {u"梁\\没有的脚本.js", "d=d", "", u"系统数据库中没有此脚本"},
-        {u"梁\\弯起钢筋长度.js", "d=nosuch", "", u"缺少输入参数nosuch"},
-        {u"梁\\语法错误.js", "d=d", "", u"Error: "},
-        {u"梁\\弯起钢筋长度.js", "d=d", "L * nosuch", u"钢筋重量无法计算(L * nosuch): 参数不存在!"},
+    ASSERT_TRUE(Sql("insert into Macros (key_ch, content) values (?, ?)", {"梁\\语法错误.js", "var L = ;"}));
+    const struct { QString key, inputs, weight, error; } rows[] = {
+        {"梁\\没有的脚本.js", "d=d", "", "系统数据库中没有此脚本"},
+        {"梁\\弯起钢筋长度.js", "d=nosuch", "", "缺少输入参数nosuch"},
+        {"梁\\语法错误.js", "d=d", "", "Error: "},
+        {"梁\\弯起钢筋长度.js", "d=d", "L * nosuch", "钢筋重量无法计算(L * nosuch): 参数不存在!"},
     };
     int seq = 100;
-    for (const Row& row : rows)
-        ASSERT_TRUE(Sql(QStringLiteral("insert into MemberScripts (kind, seq, key_ch, inputs, outputs, weight) "
-                                       "values (?, ?, ?, ?, ?, ?)"),
-                        {QStringLiteral("梁"), ++seq, QString::fromUtf16(row.key), QString::fromLatin1(row.inputs),
-                         QStringLiteral("L"), QString::fromLatin1(row.weight)}));
+    for (const auto& row : rows)
+        ASSERT_TRUE(Sql("insert into MemberScripts (kind, seq, key_ch, inputs, outputs, weight) values (?, ?, ?, ?, ?, ?)",
+                        {"梁", ++seq, row.key, row.inputs, "L", row.weight}));
     CProjectCalcService service;
     ASSERT_TRUE(service.Run());
     QStringList errors;
     for (const CProjectCalcService::Result& result : service.Results())
-        if (result.member == QStringLiteral("KL1") && !result.error.isEmpty())
+        if (result.member == "KL1" && !result.error.isEmpty())
             errors.append(result.error);
     ASSERT_EQ(errors.size(), std::size(rows));
     for (int i = 0; i < errors.size(); ++i)
-        EXPECT_TRUE(errors.at(i).startsWith(QString::fromUtf16(rows[i].error))) << errors.at(i).toStdString();
+        EXPECT_TRUE(errors.at(i).startsWith(rows[i].error)) << errors.at(i).toStdString();
     EXPECT_EQ(service.FailureCount(), 3 * 4); // three beams
     EXPECT_EQ(service.MemberCount(), 7);
 }
@@ -139,7 +123,7 @@ TEST_F(CProjectCalcServiceTest, StopEndsTheRunAfterTheCurrentMember)
     EXPECT_EQ(service.MemberCount(), 1);
     for (const CProjectCalcService::Result& result : service.Results())
         EXPECT_EQ(result.member, service.Results().first().member);
-    EXPECT_TRUE(ReadLog(CDiagnosticLog::CalAnalyseLogPath()).contains(QStringLiteral("计算中止: 1个构件")));
+    EXPECT_TRUE(ReadLog(CDiagnosticLog::CalAnalyseLogPath()).contains("计算中止: 1个构件"));
 }
 
 TEST_F(CProjectCalcServiceTest, ProjectIsSeededOnceAndKeepsAddedMembers)
@@ -152,12 +136,10 @@ TEST_F(CProjectCalcServiceTest, ProjectIsSeededOnceAndKeepsAddedMembers)
     EXPECT_FALSE(project.Seeded());
     ASSERT_EQ(project.Members().size(), CSampleProject::SampleMembers().size() + 1);
     EXPECT_EQ(project.Members().last().values, extra.first().values);
-    EXPECT_EQ(project.UsesOf(QStringLiteral("柱")).first().inputs,
-              (QList<QPair<QString, QString>>{{QStringLiteral("d"), QStringLiteral("d")}}));
+    EXPECT_EQ(project.UsesOf("柱").first().inputs, (QList<QPair<QString, QString>>{{"d", "d"}}));
 
     using Inputs = QList<QPair<QString, QString>>;
-    EXPECT_EQ(CSampleProject::ParseInputs(QStringLiteral(" a = b ;c=1.5;bad;=x;y=;p=q=r;")),
-              (Inputs{{QStringLiteral("a"), QStringLiteral("b")}, {QStringLiteral("c"), QStringLiteral("1.5")}}));
+    EXPECT_EQ(CSampleProject::ParseInputs(" a = b ;c=1.5;bad;=x;y=;p=q=r;"), (Inputs{{"a", "b"}, {"c", "1.5"}}));
 }
 
 // The host computes with its own engine while the loaded library runs scripts

@@ -18,11 +18,11 @@ T FakeFunction(const char* path, const char* name)
 TEST(CVelmoraLibraryTest, SaysWhatIsMissing)
 {
     QTemporaryDir dir;
-    const QString notElf = dir.filePath(QStringLiteral("libvelmora.so"));
+    const QString notElf = dir.filePath("libvelmora.so");
     QFile file(notElf);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("not a library") > 0);
     file.close();
-    const QString absent = dir.filePath(QStringLiteral("absent/libvelmora.so"));
+    const QString absent = dir.filePath("absent/libvelmora.so");
     const QString partial = QStringLiteral(VELMORA_FAKE_PARTIAL);
     struct Case
     {
@@ -31,11 +31,11 @@ TEST(CVelmoraLibraryTest, SaysWhatIsMissing)
         QStringList missing;
         bool workbench;
     } cases[] = {
-        {absent, QStringLiteral("不存在文件:") + absent, {}, false},
-        {notElf, QStringLiteral("无法加载脚本工作台库:") + notElf + QLatin1Char('\n'), {}, false},
+        {absent, "不存在文件:" + absent, {}, false},
+        {notElf, "无法加载脚本工作台库:" + notElf + QLatin1Char('\n'), {}, false},
         {partial, QStringLiteral("脚本工作台库%1中缺少入口:\n").arg(partial),
-         {QStringLiteral("CCeateDialog::Release (_ZN12CCeateDialog7ReleaseEv)"),
-          QStringLiteral("CVelmoraExport::DoJaveScriptTest (_ZN14CVelmoraExport16DoJaveScriptTestEv)")},
+         {"CCeateDialog::Release (_ZN12CCeateDialog7ReleaseEv)",
+          "CVelmoraExport::DoJaveScriptTest (_ZN14CVelmoraExport16DoJaveScriptTestEv)"},
          true},
     };
     for (const Case& c : cases) {
@@ -53,8 +53,8 @@ TEST(CVelmoraLibraryTest, SaysWhatIsMissing)
 
 TEST(CVelmoraLibraryTest, CallsTheEntryPointsOfAFullLibrary)
 {
-    EXPECT_EQ(CVelmoraLibrary::Locate(QStringLiteral("/opt/app"), QString()), QStringLiteral("/opt/app/libvelmora.so"));
-    EXPECT_EQ(CVelmoraLibrary::Locate(QStringLiteral("/opt/app"), QStringLiteral("/x/lib.so")), QStringLiteral("/x/lib.so"));
+    EXPECT_EQ(CVelmoraLibrary::Locate("/opt/app", QString()), "/opt/app/libvelmora.so");
+    EXPECT_EQ(CVelmoraLibrary::Locate("/opt/app", "/x/lib.so"), "/x/lib.so");
 
     CVelmoraLibrary library;
     ASSERT_TRUE(library.Load(QStringLiteral(VELMORA_FAKE_FULL))) << library.Error().toStdString();

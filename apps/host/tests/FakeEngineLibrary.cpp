@@ -5,7 +5,7 @@
 extern "C" __attribute__((visibility("default"))) int FakeEngineAnswer()
 {
     CScriptHost host;
-    if (!host.ExecuteStatement(QStringLiteral("var answer = 6 * 7;")))
+    if (!host.ExecuteStatement("var answer = 6 * 7;"))
         return -1;
-    return host.Evaluate(QStringLiteral("answer")).toString().toInt();
+    return host.Evaluate("answer").toString().toInt();
 }
