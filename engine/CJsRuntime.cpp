@@ -128,6 +128,17 @@ JSObject* CJsRuntime::NewGlobal()
     return NewGlobalObject(m_cx, m_compartmentAnchor ? m_compartmentAnchor->get() : nullptr);
 }
 
+CJsStencilCache& CJsRuntime::Stencils()
+{
+    const bool counted = CJsEngine::CoverageEnabled();
+    if (counted != m_stencilsCounted)
+    {
+        m_stencils = CJsStencilCache();
+        m_stencilsCounted = counted;
+    }
+    return m_stencils;
+}
+
 void CJsRuntime::CollectGarbage()
 {
     m_globalsSinceCollection = 0;

@@ -67,7 +67,9 @@ public:
     unsigned StopLine() const { return m_stopLine; }
     int LastRunBudgetMs() const { return m_budgetMs; }
 
-    CJsStencilCache& Stencils() { return m_stencils; }
+    // Compiled texts, dropped when line counting is switched on: a text
+    // compiled without counters crashes the engine when run with them.
+    CJsStencilCache& Stencils();
     CJsPieceAnalyzer& Pieces() { return m_pieces; }
     // Runs the promise jobs the current run queued; false when one was stopped.
     bool DrainJobs() { return !m_jobs || m_jobs->Drain(m_cx); }
@@ -110,6 +112,7 @@ private:
     std::shared_ptr<Link> m_link;
     std::unique_ptr<JS::PersistentRooted<JSObject*>> m_compartmentAnchor;
     CJsStencilCache m_stencils;
+    bool m_stencilsCounted = false;
     CJsPieceAnalyzer m_pieces{*this};
     std::unique_ptr<CJsJobQueue> m_jobs;
     std::unique_ptr<CJsAllocationMeter> m_meter;
