@@ -15,12 +15,6 @@
 
 namespace {
 
-QString ReadLog(const QString& path)
-{
-    QFile file(NativePath::Map(path));
-    return file.open(QIODevice::ReadOnly) ? CodePage::ToUnicode(file.readAll()) : QString();
-}
-
 const CProjectCalcService::Result* Find(const CProjectCalcService& service, const QString& member,
                                         const QString& script)
 {
@@ -46,6 +40,7 @@ protected:
         CSampleDataSeeder seeder;
         ASSERT_TRUE(seeder.SeedIfNeeded()) << seeder.Error().toStdString();
     }
+    static QString ReadLog(const QString& path) { return CodePage::ToUnicode(ReadBytes(NativePath::Map(path))); }
 };
 
 TEST_F(CProjectCalcServiceTest, ComputesTheSampleProjectAndRecordsTheRunForTheScriptList)
