@@ -1,5 +1,8 @@
 #pragma once
+#include "CAccessSysData_MacrosTable.h"
 #include "COutPutTextTable.h"
+#include "CSampleDataSeeder.h"
+#include "CSysMacrosTable.h"
 #include "CTestCaseInfoTable.h"
 #include "CTestCaseStore.h"
 #include "CTestJavaScriptService.h"
@@ -90,5 +93,27 @@ protected:
     static QString Line(const QString& script, const QString& caseName, const QString& message)
     {
         return "T...脚本(" + script + ")检测测试(" + caseName + ")发现错误:" + message + " \r\n";
+    }
+};
+
+// A temporary home seeded with the sample scripts and their cases.
+class SampleHomeTest : public TempHomeTest
+{
+protected:
+    void SetUp() override
+    {
+        TempHomeTest::SetUp();
+        CSampleDataSeeder seeder;
+        ASSERT_TRUE(seeder.SeedIfNeeded()) << seeder.Error().toStdString();
+    }
+
+    // The script names as the chooser lists them.
+    static QStringList ScriptNames()
+    {
+        QStringList names;
+        const auto data = CAccessSysData_MacrosTable::GetDataSet();
+        for (int row = 1; data && row <= data->GetRowCount(); ++row)
+            names << data->GetAsString(CSysMacrosTable::CFieldInfo::key_ch, row);
+        return names;
     }
 };

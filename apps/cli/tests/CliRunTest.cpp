@@ -22,10 +22,7 @@ TEST_F(CliRunTest, FirstRunSeedsTheHomeAndEverySamplePasses)
     EXPECT_TRUE(run.err.contains("开始测试脚本:")); // the progress bar
     EXPECT_FALSE(run.err.contains("测试出现失败！"));
     EXPECT_TRUE(ResultPath(run).startsWith(Home() + "/drives/c/测试脚本结果")) << ResultPath(run).toStdString();
-    const QStringList lines = ResultLines(run);
-    ASSERT_EQ(lines.size(), 2 * cases);
-    EXPECT_EQ(lines.filter("发现错误:测试通过! ").size(), cases);
-    EXPECT_EQ(lines.filter("发现错误:计算结果一致! ").size(), cases);
+    EXPECT_EQ(ResultLines(run).filter("发现错误:测试通过! ").size(), cases); // the lines' form is the service's
 
     // A seeded home is not seeded again; --script runs that script alone.
     const QString script = Samples().at(3).keyCh;

@@ -2,11 +2,10 @@
 #include "CDataServiceAbsolute.h"
 #include "CDiagnosticLog.h"
 #include "CProjectCalcService.h"
-#include "CSampleDataSeeder.h"
 #include "CTestCaseStore.h"
 #include "CodePage.h"
 #include "NativePath.h"
-#include "TestEnvironment.h"
+#include "RunnerTestSupport.h"
 
 #include <cmath>
 #include <dlfcn.h>
@@ -31,15 +30,9 @@ bool Sql(const QString& sql, const QVariantList& params)
 
 } // namespace
 
-class CProjectCalcServiceTest : public TempHomeTest
+class CProjectCalcServiceTest : public SampleHomeTest
 {
 protected:
-    void SetUp() override
-    {
-        TempHomeTest::SetUp();
-        CSampleDataSeeder seeder;
-        ASSERT_TRUE(seeder.SeedIfNeeded()) << seeder.Error().toStdString();
-    }
     static QString ReadLog(const QString& path) { return CodePage::ToUnicode(ReadBytes(NativePath::Map(path))); }
 };
 

@@ -1,10 +1,7 @@
 #pragma once
-#include "CAccessSysData_MacrosTable.h"
 #include "CGridCtrlForDataSet.h"
-#include "CSampleDataSeeder.h"
-#include "CSysMacrosTable.h"
 #include "ModalScript.h"
-#include "TestEnvironment.h"
+#include "RunnerTestSupport.h"
 
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -37,24 +34,3 @@ inline ModalScript::Action Cancel()
 {
     return [](QDialog& d) { d.reject(); };
 }
-
-// A temporary home seeded with the sample scripts and their cases.
-class SampleHomeTest : public TempHomeTest
-{
-protected:
-    void SetUp() override
-    {
-        TempHomeTest::SetUp();
-        ASSERT_TRUE(CSampleDataSeeder().SeedIfNeeded());
-    }
-
-    // The script names as the chooser lists them.
-    static QStringList ScriptNames()
-    {
-        QStringList names;
-        const auto data = CAccessSysData_MacrosTable::GetDataSet();
-        for (int row = 1; data && row <= data->GetRowCount(); ++row)
-            names << data->GetAsString(CSysMacrosTable::CFieldInfo::key_ch, row);
-        return names;
-    }
-};
