@@ -23,13 +23,6 @@ TEST_F(CliRunTest, FirstRunSeedsTheHomeAndEverySamplePasses)
     EXPECT_FALSE(run.err.contains("测试出现失败！"));
     EXPECT_TRUE(ResultPath(run).startsWith(Home() + "/drives/c/测试脚本结果")) << ResultPath(run).toStdString();
     EXPECT_EQ(ResultLines(run).filter("发现错误:测试通过! ").size(), cases); // the lines' form is the service's
-
-    // A seeded home is not seeded again; --script runs that script alone.
-    const QString script = Samples().at(3).keyCh;
-    const Outcome one = Run({"--script", script, "--quiet"});
-    EXPECT_TRUE(one.err.isEmpty()) << one.err.toStdString();
-    EXPECT_EQ(ResultLines(one).filter("脚本(" + script + ")").size(), 2 * Samples().at(3).cases.size());
-    EXPECT_EQ(Counts(one), std::make_pair(int(Samples().at(3).cases.size()), 0));
 }
 
 // A mismatch, an engine error, a script without cases and one that never

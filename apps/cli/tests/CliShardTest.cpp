@@ -65,7 +65,8 @@ TEST_F(CliShardTest, FourShardsInSequenceGiveTheOutcomesOfOneRun)
     EXPECT_EQ(resultFiles.size(), 5);
 }
 
-// A named script runs in the one shard its name falls into, and in no other.
+// A named script runs alone, in the one shard its name falls into and in no
+// other; a seeded home is not seeded again.
 TEST_F(CliShardTest, NamedScriptRunsInItsShardOnly)
 {
     Seed();
@@ -76,6 +77,7 @@ TEST_F(CliShardTest, NamedScriptRunsInItsShardOnly)
         const QString shard = QStringLiteral("%1/3").arg(k);
         const Outcome run = Run({"--quiet", "--script", added, "--shard", shard});
         EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+        EXPECT_TRUE(run.err.isEmpty()) << run.err.toStdString();
         const bool listed = Lines(Run({"--list", "--shard", shard}).out).contains(added);
         EXPECT_EQ(Counts(run), listed ? std::make_pair(1, 0) : std::make_pair(0, 0)) << k;
         runs += Counts(run).first;
