@@ -9,18 +9,10 @@ const QString kQuote = QStringLiteral("O'Brien");
 class MacroStoreTest : public MacroStoreFixture
 {
 protected:
-    // Every field of every parameter, one line each.
-    static QStringList Fields(const CArray<CMacroParam>& params)
-    {
-        QStringList lines;
-        for (const CMacroParam& p : params)
-            lines << QStringLiteral("%1|%2|%3|%4").arg(p.GetName(), p.GetValue(), p.GetDescription()).arg(p.GetDataType());
-        return lines;
-    }
     static QStringList Fields(const CMacro& m)
     {
         return QStringList{m.GetName(), QString::number(m.GetType()), m.GetDescription(), m.GetContent()}
-               + Fields(m.InputParams()) + QStringList{"->"} + Fields(m.OutputParams());
+               + ParamFields(m.InputParams()) + QStringList{"->"} + ParamFields(m.OutputParams());
     }
 };
 
@@ -66,7 +58,7 @@ TEST_P(MacroStoreTest, ParameterInsertsReturnTheMaxReadBeforeAndLoadInOrder)
     CArray<CMacroParam> loaded;
     loaded.Add(MakeParam(QStringLiteral("old"), QString(), QString(), 0));
     ASSERT_TRUE(m_params.LoadInputParams(4, loaded));
-    EXPECT_EQ(Fields(loaded), Fields(inputs));
+    EXPECT_EQ(ParamFields(loaded), ParamFields(inputs));
     CArray<CMacroParam> outputs;
     outputs.Add(MakeParam(QStringLiteral("kept"), QString(), QString(), 0));
     EXPECT_FALSE(m_params.LoadOutputParams(4, outputs));
