@@ -4,8 +4,6 @@
 
 namespace {
 
-const QString kQuote = QStringLiteral("O'Brien");
-
 class MacroStoreTest : public MacroStoreFixture
 {
 protected:
@@ -141,33 +139,6 @@ TEST_P(MacroStoreTest, ScriptKeepsOnlyTheLowByteOfEachCharacter)
         EXPECT_EQ(loaded.GetContent().size(), c[1].size()) << id;
         EXPECT_TRUE(loaded.GetContent() == c[1]) << id;
     }
-}
-
-// A quote fails the statement that holds it; the steps before it stay and the
-// injected delete never runs.
-TEST_P(MacroStoreTest, QuoteFailsItsOwnStatementAndKeepsTheStepsBefore)
-{
-    ASSERT_EQ(m_macros.InsertMacro(MakeRebarMacro()), 1);
-    EXPECT_EQ(m_macros.InsertMacro(MakeRebarMacro(kQuote)), -1);
-    ExpectTablesHold(1, 3);
-    CMacro injected = MakeRebarMacro(QStringLiteral("changed"));
-    injected.SetContent(QStringLiteral("changed"));
-    injected.InputParams()[0].SetValue(QStringLiteral("'); delete from SC_MACRO_DEFINE; --"));
-    EXPECT_EQ(m_macros.InsertMacro(injected), -1);
-    ExpectTablesHold(2, 3);
-    EXPECT_EQ(m_macros.UpdateMacro(1, injected), -1);
-    ExpectTablesHold(2, 0);
-    CMacro loaded;
-    EXPECT_FALSE(m_macros.LoadMacro(1, loaded));
-    EXPECT_EQ(loaded.GetContent(), injected.GetContent());
-    const CMacroParam bad = MakeParam(QStringLiteral("x"), kQuote, QString(""), 0);
-    EXPECT_EQ(m_params.InsertInputParam(1, bad), -1);
-    EXPECT_EQ(m_params.InsertOutputParam(1, bad), -1);
-    CArray<CMacroParam> inputs, outputs;
-    inputs.Add(MakeParam(QStringLiteral("good"), QStringLiteral("1"), QString(""), 1));
-    outputs.Add(bad);
-    EXPECT_FALSE(m_macros.SaveMacroParams(1, inputs, outputs));
-    ExpectTablesHold(2, 1);
 }
 
 TEST_P(MacroStoreTest, LockedDatabaseFailsCleanly)
