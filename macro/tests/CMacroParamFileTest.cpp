@@ -63,9 +63,7 @@ protected:
     // The one message box shown so far: "不存在文件" and the path, no caption, an OK button.
     void ExpectOneMessage(const QString& path)
     {
-        ASSERT_EQ(Ui().calls.size(), 1);
-        EXPECT_EQ((QStringList{Ui().calls[0].text, Ui().calls[0].caption, QString::number(Ui().calls[0].style)}),
-                  (QStringList{u"不存在文件"_s + path, QString(), QString::number(UIFunction::MB_OK)}));
+        EXPECT_EQ(UiCalls(), QStringList{u"MessageBox|不存在文件"_s + path + u"||"_s + QString::number(UIFunction::MB_OK)});
     }
 };
 

@@ -159,16 +159,13 @@ TEST_P(MacroStoreTest, LockedDatabaseFailsCleanly)
     EXPECT_EQ(m_macros.InsertMacro(MakeRebarMacro()), 2);
 }
 
-TEST_P(MacroStoreTest, MissingTablesFailEveryOperation)
+TEST_P(MacroStoreTest, MissingTablesFailEveryRead)
 {
     auto db = SecondConnection();
     ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("drop table SC_MACROPARAM")));
     ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("drop table SC_MACRO_DEFINE")));
     EXPECT_EQ(m_macros.GetMaxMacroId(), -1);
     EXPECT_EQ(m_params.GetMaxParamId(), -1);
-    EXPECT_EQ(m_macros.InsertMacro(MakeRebarMacro()), -1);
-    EXPECT_EQ(m_macros.UpdateMacro(1, MakeRebarMacro()), 0);
-    EXPECT_FALSE(m_macros.DeleteMacro(1));
     CMacro macro;
     EXPECT_FALSE(m_macros.LoadMacro(1, macro));
     CArray<CMacro> all;
