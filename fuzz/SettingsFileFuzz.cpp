@@ -4,21 +4,18 @@
 #include "CRecordingUIService.h"
 #include "CUIServices.h"
 #include "FuzzSupport.h"
+#include "MacroParamFields.h"
 
 #include <memory>
 
 namespace {
 
-// Every field of every parameter, inputs then outputs, and the number of inputs.
+// The number of inputs, then every field of every input and output.
 QStringList Fields(const CMacroParamFile& file, CArray<CMacroParam>& inputs, CArray<CMacroParam>& outputs)
 {
     file.GetInputParams(inputs);
     file.GetOutputParams(outputs);
-    QStringList fields{QString::number(inputs.GetSize())};
-    for (const auto* list : {&inputs, &outputs})
-        for (const CMacroParam& p : *list)
-            fields << p.GetName() << p.GetValue() << p.GetDescription() << QString::number(int(p.GetDataType()));
-    return fields;
+    return QStringList{QString::number(inputs.GetSize())} + ParamFields(inputs) + ParamFields(outputs);
 }
 
 } // namespace

@@ -111,6 +111,8 @@ TEST_F(AccessSysDataOnAccessFileTest, ReadsButNeverWritesAnAccessSystemDatabase)
     ASSERT_NE(set, nullptr);
     ASSERT_EQ(set->GetRowCount(), 4);
     EXPECT_EQ(set->GetAsString(Fields::key_ch, 1), u"板\\分布筋.js"_s);
+    EXPECT_TRUE(set->IsNull(3, 1)); // its description
+    EXPECT_EQ(set->GetAsString(Fields::content, 4), u"// 钢筋每米重量 (kg/m)\r\nvar W = 0.00617 * d * d;\r\n"_s);
     QString content;
     ASSERT_TRUE(CAccessSysData_MacrosTable::GetMacroContent(u"空"_s, content));
     EXPECT_EQ(content, QString());

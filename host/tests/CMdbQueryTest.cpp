@@ -37,7 +37,7 @@ TEST_F(MdbFixtureTest, ReadsTablesWithTheirColumnsAndNumbers)
     QList<QVariantList> rows;
     ASSERT_TRUE(m_db.ReadTable(u"macros"_s, columns, rows)) << m_db.GetError().toStdString();
     EXPECT_EQ(columns, QStringList({"key_ch", "key_en", "content", "description"}));
-    ASSERT_EQ(rows.size(), 4); // contents, nulls and storage order: the macro table tests read the same file
+    ASSERT_EQ(rows.size(), 4); // contents, nulls and storage order: the script table tests read the same file
     EXPECT_EQ(rows[1][3].toString(), u"矩形箍筋下料长度"_s);
     ASSERT_TRUE(m_db.ReadTable(u"Users"_s, columns, rows));
     ASSERT_EQ(rows.size(), 3);

@@ -22,15 +22,6 @@ protected:
         ASSERT_FALSE(m_native.isEmpty());
     }
 
-    // Each recorded UI call as "kind|text|caption|style".
-    QStringList Calls()
-    {
-        QStringList calls;
-        for (const auto& call : Ui().calls)
-            calls << QStringLiteral("%1|%2|%3|%4").arg(call.kind, call.text, call.caption).arg(call.style);
-        return calls;
-    }
-
     static void ExpectPaths(const CConnectJSSysData& connection, const QString& path, const QString& folder)
     {
         EXPECT_EQ(connection.GetDatabasePath(), path);
@@ -61,7 +52,7 @@ TEST_F(ConnectJSSysDataTest, ConnectFailedConnectAndDisconnect)
         const QString notAccess = HomeFile(QStringLiteral("text.mdb"));
         ASSERT_TRUE(WriteBytes(notAccess, QByteArray(5000, 't')));
         EXPECT_FALSE(connection.ConnectDatabase(notAccess));
-        EXPECT_EQ(Calls(), QStringList{"MessageBox|连接到" + notAccess + "失败||64"});
+        EXPECT_EQ(UiCalls(), QStringList{"MessageBox|连接到" + notAccess + "失败||64"});
         ExpectPaths(connection, m_windowsPath, QStringLiteral("D:\\数据"));
         connection.Disconnect();
         EXPECT_EQ(connection.GetDatabase(), db);
@@ -82,23 +73,9 @@ TEST_F(ConnectJSSysDataTest, MissingFileShowsBothMessagesAndFails)
     CConnectJSSysData connection;
     const QString missing = QStringLiteral("D:\\数据\\没有.mdb");
     EXPECT_FALSE(connection.ConnectDatabase(missing));
-    EXPECT_EQ(Calls(), QStringList({"MessageBox|没有找到连接的数据库!||64", "MessageBox|连接到" + missing + "失败||64"}));
+    EXPECT_EQ(UiCalls(), QStringList({"MessageBox|没有找到连接的数据库!||64", "MessageBox|连接到" + missing + "失败||64"}));
     EXPECT_EQ(connection.GetConnectionString(), kProvider + missing + "\"");
     ExpectPaths(connection, kError, kError);
-}
-
-TEST_F(ConnectJSSysDataTest, MacrosTableReadsTheFixture)
-{
-    CConnectJSSysData connection;
-    ASSERT_TRUE(connection.ConnectDatabase(m_windowsPath));
-    CMacrosTable table;
-    table.SetComDB(connection.GetDatabase());
-    ASSERT_EQ(table.RetrieveByXml(), 4) << table.GetError().toStdString();
-    EXPECT_EQ(table.GetSQL(), QStringLiteral("select key_ch, key_en, content, description from Macros"));
-    ASSERT_TRUE(table.Sort(Fields::key_ch, true));
-    EXPECT_EQ(table.GetAsString(Fields::key_ch, 1), QStringLiteral("板\\分布筋.js"));
-    EXPECT_TRUE(table.IsNull(3, 1)); // its description
-    EXPECT_EQ(table.GetAsString(Fields::content, 4), QStringLiteral("// 钢筋每米重量 (kg/m)\r\nvar W = 0.00617 * d * d;\r\n"));
 }
 
 using MacrosTableOnSystemDatabaseTest = DbBackendTest;
@@ -110,6 +87,7 @@ TEST_P(MacrosTableOnSystemDatabaseTest, ReadsTheSystemDatabasesMacros)
         ASSERT_TRUE(SystemDb()->ExecuteNonQuery(QString::fromUtf8(sql))) << sql;
     CMacrosTable table(SystemDb());
     ASSERT_EQ(table.RetrieveByXml(), 2);
+    EXPECT_EQ(table.GetSQL(), QStringLiteral("select key_ch, key_en, content, description from Macros"));
     table.Sort(Fields::key_ch);
     EXPECT_EQ(table.GetAsString(Fields::key_ch, 1), QStringLiteral("a.js"));
     EXPECT_EQ(table.GetAsString(Fields::content, 2), QStringLiteral("var b;"));

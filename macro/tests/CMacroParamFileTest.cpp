@@ -1,4 +1,5 @@
 #include "CMacroParamFile.h"
+#include "MacroParamFields.h"
 #include "TestEnvironment.h"
 #include "UIFunction.h"
 
@@ -12,20 +13,9 @@ struct P { const char *name, *value, *description; std::uint32_t type; };
 CArray<CMacroParam> List(std::initializer_list<P> specs)
 {
     CArray<CMacroParam> list;
-    for (const P& p : specs) {
-        list.Add(CMacroParam(QString::fromUtf8(p.name), QString::fromUtf8(p.value), QString::fromUtf8(p.description)));
-        list[list.GetSize() - 1].SetDataType(p.type);
-    }
+    for (const P& p : specs)
+        list.Add(MakeParam(QString::fromUtf8(p.name), QString::fromUtf8(p.value), QString::fromUtf8(p.description), int(p.type)));
     return list;
-}
-
-// Names, values, descriptions and types of a list, one line each.
-QStringList Fields(const CArray<CMacroParam>& params)
-{
-    QStringList lines;
-    for (const CMacroParam& p : params)
-        lines << u"%1|%2|%3|%4"_s.arg(p.GetName(), p.GetValue(), p.GetDescription()).arg(p.GetDataType());
-    return lines;
 }
 
 } // namespace
@@ -49,7 +39,7 @@ protected:
     {
         file.GetInputParams(in);
         file.GetOutputParams(out);
-        return Fields(in) + QStringList{u"->"_s} + Fields(out);
+        return ParamFields(in) + QStringList{u"->"_s} + ParamFields(out);
     }
     // A file object that holds something in every field.
     void Fill(CMacroParamFile& file)
@@ -73,9 +63,7 @@ protected:
     // The one message box shown so far: "不存在文件" and the path, no caption, an OK button.
     void ExpectOneMessage(const QString& path)
     {
-        ASSERT_EQ(Ui().calls.size(), 1);
-        EXPECT_EQ((QStringList{Ui().calls[0].text, Ui().calls[0].caption, QString::number(Ui().calls[0].style)}),
-                  (QStringList{u"不存在文件"_s + path, QString(), QString::number(UIFunction::MB_OK)}));
+        EXPECT_EQ(UiCalls(), QStringList{u"MessageBox|不存在文件"_s + path + u"||"_s + QString::number(UIFunction::MB_OK)});
     }
 };
 
@@ -110,7 +98,7 @@ TEST_F(CMacroParamFileTest, ParametersRoundTripWithAwkwardValues)
     writer.SetFilePath(HomeFile("r.xml"));
     ASSERT_TRUE(writer.Save(inputs, outputs, script, u"var x = 1;"_s));
     ASSERT_TRUE(reader.Read(HomeFile("r.xml")));
-    EXPECT_EQ(Lists(reader), Fields(inputs) + QStringList{u"->"_s} + Fields(outputs));
+    EXPECT_EQ(Lists(reader), ParamFields(inputs) + QStringList{u"->"_s} + ParamFields(outputs));
     // The halved write leaves "v\0a\0r\0..."; the read stops at the first zero byte.
     EXPECT_EQ(State(reader), (QStringList{QString(), HomeFile("r.xml"), script, u"v"_s}));
     EXPECT_TRUE(Ui().calls.isEmpty());

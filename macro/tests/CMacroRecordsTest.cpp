@@ -1,5 +1,5 @@
 #include "CMacro.h"
-#include "CMacroParam.h"
+#include "MacroParamFields.h"
 
 #include <QStringList>
 #include <gtest/gtest.h>
@@ -8,9 +8,7 @@ namespace {
 
 CMacroParam Param(const char* name, const char* value, std::uint32_t type)
 {
-    CMacroParam param(QString::fromUtf8(name), QString::fromUtf8(value), QStringLiteral("说明"));
-    param.SetDataType(type);
-    return param;
+    return MakeParam(QString::fromUtf8(name), QString::fromUtf8(value), QStringLiteral("说明"), int(type));
 }
 
 } // namespace

@@ -136,9 +136,12 @@ TEST_P(MacroStoreStatementTest, QuotedStatementIsNeverSent)
     EXPECT_EQ(m_recorder->Calls().last(), maxParam);
     const int before = m_recorder->Calls().size();
     macro.SetName(QStringLiteral("'"));
+    EXPECT_EQ(m_macros.InsertMacro(macro), -1);
     EXPECT_EQ(m_macros.UpdateMacro(1, macro), 0);
+    EXPECT_EQ(m_params.InsertInputParam(1, macro.OutputParams()[0]), -1);
     EXPECT_EQ(m_params.InsertOutputParam(1, macro.OutputParams()[0]), -1);
-    EXPECT_EQ(m_recorder->Calls().mid(before), QStringList{maxParam});
+    EXPECT_EQ(m_recorder->Calls().mid(before),
+              QStringList({"Retrieve: select max(id) from SC_MACRO_DEFINE", maxParam, maxParam}));
 }
 
 TEST_P(MacroStoreStatementTest, ConnectInitsAndConnectsTheSystemService)

@@ -1,18 +1,11 @@
 #pragma once
 #include "CMacro.h"
 #include "CMacroDataManager.h"
-#include "CMacroParam.h"
 #include "CMacroParamManager.h"
 #include "DbBackendTest.h"
+#include "MacroParamFields.h"
 
 #include <QString>
-
-inline CMacroParam MakeParam(const QString& name, const QString& value, const QString& description, int dataType)
-{
-    CMacroParam param(name, value, description);
-    param.SetDataType(static_cast<std::uint32_t>(dataType));
-    return param;
-}
 
 // A rebar macro with two inputs and one output.
 inline CMacro MakeRebarMacro(const QString& name = QStringLiteral("钢筋重量"))

@@ -57,10 +57,8 @@ TEST_F(TextFileTest, UnreadableFileShowsMessageAndKeepsText)
         QString text = QStringLiteral("kept");
         EXPECT_FALSE(ReadTextFile(path, text));
         EXPECT_EQ(text, QStringLiteral("kept"));
-        ASSERT_EQ(Ui().calls.size(), 1);
-        const auto& call = Ui().calls[0]; // a message box without caption and with an OK button
-        EXPECT_EQ((QStringList{call.kind, call.text, call.caption, QString::number(call.style)}),
-                  (QStringList{"MessageBox", "不存在文件" + path, "", QString::number(UIFunction::MB_OK)}));
+        // A message box without caption and with an OK button.
+        EXPECT_EQ(UiCalls(), QStringList{"MessageBox|不存在文件" + path + "||" + QString::number(UIFunction::MB_OK)});
     }
 }
 

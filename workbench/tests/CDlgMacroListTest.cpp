@@ -63,8 +63,7 @@ TEST_P(MacroListTest, DeleteAsksAndRemovesTheMacroWithItsParameters)
     EXPECT_TRUE(dialog.OnCommand(CDlgMacroList::ID_DELETE));
     ExpectTablesHold(1, 1);
     EXPECT_EQ(Rows(dialog), QStringList{"无输入|"});
-    EXPECT_EQ(Ui().MessageTexts(), QStringList(2, "确实要删除宏“钢筋重量”吗?(Y/N)"));
-    EXPECT_EQ(Ui().calls.first().style, UIFunction::MB_YESNO);
+    EXPECT_EQ(UiCalls(), QStringList(2, "MessageBox|确实要删除宏“钢筋重量”吗?(Y/N)||" + QString::number(UIFunction::MB_YESNO)));
 }
 
 TEST_P(MacroListTest, AddAndModifyTakeTheFactsTheUserGives)

@@ -24,6 +24,14 @@ void TempHomeTest::TearDown()
     CUIServices::Install(nullptr);
 }
 
+QStringList TempHomeTest::UiCalls() const
+{
+    QStringList calls;
+    for (const auto& call : m_ui->calls)
+        calls << QStringLiteral("%1|%2|%3|%4").arg(call.kind, call.text, call.caption).arg(call.style);
+    return calls;
+}
+
 QByteArray TempHomeTest::ReadBytes(const QString& nativePath)
 {
     QFile file(nativePath);

@@ -21,6 +21,8 @@ protected:
     static bool WriteBytes(const QString& nativePath, const QByteArray& bytes);
 
     CRecordingUIService& Ui() { return *m_ui; }
+    // Each recorded UI call as "kind|text|caption|style".
+    QStringList UiCalls() const;
 
 private:
     QTemporaryDir m_dir;
