@@ -3,6 +3,7 @@
 #include "CAccessSysData_MacrosTable.h"
 #include "CAccessSysData_MacrosV2Table.h"
 #include "CConnectManager.h"
+#include "CDiagnosticLog.h"
 #include "CDlgLoad.h"
 #include "CDlgMacro.h"
 #include "CDlgMacroList.h"
@@ -413,9 +414,7 @@ void CVelmoraDlg::OpenMacro(const CMacro& macro)
 
 void CVelmoraDlg::closeEvent(QCloseEvent* event)
 {
-    const QString sysData = Fun::GetSysDataPath();
-    QFile::remove(NativePath::Map(sysData + QStringLiteral("\\mac.log")));
-    QFile::remove(NativePath::Map(sysData + QStringLiteral("\\jiaoben.log")));
+    CDiagnosticLog::DeleteSessionLogs();
     CUIServices::Current().CloseWindowByTitle(kLogViewerTitle);
     m_frameHolder->DestroyFrame();
     event->accept();
