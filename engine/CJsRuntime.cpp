@@ -125,7 +125,10 @@ JSObject* CJsRuntime::NewGlobal()
 {
     if (++m_globalsSinceCollection >= kGlobalsPerCollection)
         CollectGarbage();
-    return NewGlobalObject(m_cx, m_compartmentAnchor ? m_compartmentAnchor->get() : nullptr);
+    // Line counts are read by walking every script of the global's zone: with
+    // counting on, each global gets a zone of its own so that walk stays short.
+    const bool ownZone = CJsEngine::CoverageEnabled() || !m_compartmentAnchor;
+    return NewGlobalObject(m_cx, ownZone ? nullptr : m_compartmentAnchor->get());
 }
 
 CJsStencilCache& CJsRuntime::Stencils()
