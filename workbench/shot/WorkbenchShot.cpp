@@ -1,10 +1,12 @@
 // Opens the workbench on a sample script, runs it and saves pictures of the
-// window and the macro dialogs: velmora-workbench-shot <output folder>.
+// window, the macro dialogs and the macro list: velmora-workbench-shot <output folder>.
 #include "CDlgLoad.h"
 #include "CDlgMacro.h"
+#include "CDlgMacroList.h"
 #include "CDlgNew.h"
 #include "CEditCtr.h"
 #include "CEditListCtrl.h"
+#include "CMacroDataManager.h"
 #include "CQtUIService.h"
 #include "CSampleDataSeeder.h"
 #include "CToolFrm.h"
@@ -48,6 +50,21 @@ bool ShootDialog(QDialog& dialog, const QString& path)
     return ok;
 }
 
+// A few stored macros, so the list has something to show.
+void StoreSampleMacros()
+{
+    const struct { const char* name; const char* description; const char* script; } macros[] = {
+        {"钢筋每米重量", "按直径计算每米重量 (kg/m)", "var W = 0.00617 * d * d;"},
+        {"矩形箍筋下料长度", "135°弯钩，含保护层", "var L = 2 * (b + h) - 8 * c + 2 * 11.9 * d;"},
+        {"板分布筋根数", "", "var n = Math.ceil(span / s) + 1;"},
+    };
+    CMacroDataManager store;
+    for (const auto& m : macros) {
+        CMacro macro(0, QString::fromUtf8(m.name), QString::fromUtf8(m.description), QString::fromUtf8(m.script));
+        store.InsertMacro(macro);
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -85,6 +102,9 @@ int main(int argc, char** argv)
         failures += !ShootDialog(macro, out.filePath(QStringLiteral("dlg-macro.png")));
         failures += !ShootDialog(settings, out.filePath(QStringLiteral("dlg-new.png")));
         failures += !ShootDialog(load, out.filePath(QStringLiteral("dlg-load.png")));
+        StoreSampleMacros();
+        CDlgMacroList list;
+        failures += !ShootDialog(list, out.filePath(QStringLiteral("macro-list.png")));
         CVelmoraDlg::DestroyInstance();
         app.exit(failures ? 1 : 0);
     });
