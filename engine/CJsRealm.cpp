@@ -150,13 +150,15 @@ JSObject* CJsRealm::Global(CJsRuntime& runtime)
     return m_global->get();
 }
 
-void CJsRealm::AddText(const std::string& name, const QString& text)
+void CJsRealm::AddText(const std::string& name, const QStringList& pieces)
 {
-    m_texts.emplace_back(name, text);
-    m_textChars += text.size();
+    m_texts.emplace_back(name, pieces);
+    for (const QString& piece : pieces)
+        m_textChars += piece.size();
     while (m_texts.size() > 1 && (m_texts.size() > kMaxTexts || m_textChars > kMaxTextChars))
     {
-        m_textChars -= m_texts.front().second.size();
+        for (const QString& piece : m_texts.front().second)
+            m_textChars -= piece.size();
         m_texts.pop_front();
     }
 }
@@ -195,7 +197,7 @@ bool CJsRealm::Execute(CJsRuntime& runtime, const QString& text, QVariant* value
     JSContext* cx = runtime.Context();
     const bool cached = CJsStencilCache::IsWorthCaching(text);
     const std::string name = kFilePrefix + (cached ? CJsStencilCache::ContentName(text) : std::to_string(m_nextText++));
-    AddText(name, text);
+    AddText(name, {text});
     JS::RootedValue result(cx);
     if (!ExecuteAs(runtime, Source{text, name, 1, value != nullptr, cached}, &result) || !runtime.DrainJobs())
         return false;
@@ -229,16 +231,16 @@ bool CJsRealm::ExecuteAs(CJsRuntime& runtime, const Source& source, JS::MutableH
 
 bool CJsRealm::RunPieces(const QStringList& pieces, bool joinedOnly)
 {
-    const QString joined = pieces.join(QStringLiteral("\r\n"));
     const std::string name = kFilePrefix + std::string(kPiecesName);
     auto runJoined = [&](CJsRuntime& runtime) {
+        const QString joined = pieces.join(QStringLiteral("\r\n"));
         JS::RootedValue ignored(runtime.Context());
         return ExecuteAs(runtime, Source{joined, name, 1, false, CJsStencilCache::IsWorthCaching(joined)}, &ignored)
                && runtime.DrainJobs();
     };
     SplitOutcome outcome = SplitOutcome::InDoubt;
     const bool ok = InGlobal(true, [&](CJsRuntime& runtime, JS::HandleObject) {
-        AddText(name, joined);
+        AddText(name, pieces);
         outcome = joinedOnly ? SplitOutcome::InDoubt : RunSplit(runtime, pieces);
         return outcome == SplitOutcome::InDoubt ? runJoined(runtime) : outcome == SplitOutcome::Passed;
     });
@@ -424,7 +426,7 @@ QString CJsRealm::SourceLineFor(const char* file, int& line) const
     for (auto it = m_texts.rbegin(); it != m_texts.rend(); ++it)
     {
         if (it->first == name)
-            return CJsText::LineOf(it->second, line);
+            return CJsText::LineOf(it->second.join(QStringLiteral("\r\n")), line);
     }
     return QString();
 }

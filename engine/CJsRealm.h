@@ -73,7 +73,8 @@ private:
     CJsRuntime* Bind();
     void Unbind();
     JSObject* Global(CJsRuntime& runtime);
-    void AddText(const std::string& name, const QString& text);
+    // A text is kept as the pieces it is made of, joined only when a line of it is wanted.
+    void AddText(const std::string& name, const QStringList& pieces);
     bool Execute(CJsRuntime& runtime, const QString& text, QVariant* value);
     struct Source
     {
@@ -100,7 +101,7 @@ private:
     std::shared_ptr<CJsRuntime::Link> m_link;
     std::atomic<CJsRuntime*> m_runtime{nullptr};
     CJsRuntime::RootedGlobal m_global;
-    std::deque<std::pair<std::string, QString>> m_texts; // file name, text
+    std::deque<std::pair<std::string, QStringList>> m_texts; // file name, pieces of the text
     qsizetype m_textChars = 0;
     std::uint64_t m_nextText = 0;
     CJsErrorInfo m_error;

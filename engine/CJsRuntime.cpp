@@ -1,6 +1,7 @@
 #include "CJsRuntime.h"
 
 #include "CJsEngine.h"
+#include "CJsGlobalClass.h"
 #include "CJsRealm.h"
 #include "HostContext.h"
 
@@ -17,8 +18,6 @@
 
 namespace
 {
-const JSClass kGlobalClass = {"global", JSCLASS_GLOBAL_FLAGS, &JS::DefaultGlobalClassOps, nullptr, nullptr, nullptr};
-
 thread_local std::unique_ptr<CJsRuntime> t_runtime;
 thread_local bool t_unavailable = false;
 
@@ -51,7 +50,7 @@ JSObject* NewGlobalObject(JSContext* cx, JSObject* compartmentOf)
         options.creationOptions().setExistingCompartment(compartmentOf);
     else
         options.creationOptions().setNewCompartmentAndZone();
-    return JS_NewGlobalObject(cx, &kGlobalClass, nullptr, JS::FireOnNewGlobalHook, options);
+    return JS_NewGlobalObject(cx, CJsGlobalClass::Get(), nullptr, JS::FireOnNewGlobalHook, options);
 }
 } // namespace
 
@@ -80,6 +79,12 @@ std::unique_ptr<CJsRuntime> CJsRuntime::Create()
     JSObject* anchor = NewGlobalObject(cx, nullptr);
     if (!anchor)
         return nullptr;
+    {
+        JS::RootedObject global(cx, anchor);
+        JSAutoRealm entered(cx, global);
+        if (!CJsGlobalClass::LearnNames(cx, global))
+            JS_ClearPendingException(cx);
+    }
     runtime->m_compartmentAnchor = std::make_unique<JS::PersistentRooted<JSObject*>>(cx, anchor);
     runtime->m_meter = std::make_unique<CJsAllocationMeter>(cx, anchor);
     runtime->m_slot.checkMemory.store(true, std::memory_order_relaxed);
@@ -109,6 +114,7 @@ CJsRuntime::~CJsRuntime()
     m_stencils = CJsStencilCache();
     CJsEngine::Instance().Watchdog().Unregister(&m_slot);
     CJsEngine::Instance().DestroyContext(m_cx);
+    CJsGlobalClass::ForgetNames();
 }
 
 void CJsRuntime::DetachAll()

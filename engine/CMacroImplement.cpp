@@ -25,31 +25,35 @@ int CMacroImplement::ExecuteScript(const QString& script, const CArray<CMacroPar
                                    CArray<CMacroParam>& outputs)
 {
     m_engine.ResetScript();
-    return Run(DeclarationsOf(inputs) + kLineBreak + m_globalScript + kLineBreak, script, {}, outputs);
+    return Run({DeclarationsOf(inputs) + kLineBreak + m_globalScript, script}, false, outputs);
 }
 
 int CMacroImplement::ExecuteScript(const QString& script, CArray<CMacroParam>& outputs)
 {
     m_engine.ResetScript();
-    return Run(m_globalScript + kLineBreak, script, {}, outputs);
+    return Run({m_globalScript, script}, false, outputs);
 }
 
 int CMacroImplement::ExecuteScript(const QStringList& pieces, CArray<CMacroParam>& outputs)
 {
     m_engine.ResetScript();
-    return Run(m_globalScript + kLineBreak, pieces.join(kLineBreak), QStringList{m_globalScript} + pieces, outputs);
+    return Run(QStringList{m_globalScript} + pieces, true, outputs);
 }
 
-// `prefix + script` is the whole text; with pieces, it is what they make joined.
-int CMacroImplement::Run(const QString& prefix, const QString& script, const QStringList& pieces,
-                         CArray<CMacroParam>& outputs)
+QString CMacroImplement::GetLastScript() const
 {
-    m_lastScript = prefix + script;
+    return m_lastPieces.join(kLineBreak);
+}
+
+// The whole text is the pieces joined; its first piece is the part in front
+// of the caller's script. Only a run that is not split needs the whole at hand.
+int CMacroImplement::Run(const QStringList& pieces, bool split, CArray<CMacroParam>& outputs)
+{
+    m_lastPieces = pieces;
     // Pieces keep their place and file name in the whole, so line counts match a joined run.
-    const bool split = !pieces.isEmpty();
-    const bool ran = split ? m_engine.ExecutePieces(pieces, m_joinedRuns) : m_engine.ExecuteStatement(m_lastScript);
+    const bool ran = split ? m_engine.ExecutePieces(pieces, m_joinedRuns) : m_engine.ExecuteStatement(GetLastScript());
     if (m_collectCoverage)
-        CollectLineHits(CJsText::LineBreaks(prefix));
+        CollectLineHits(CJsText::LineBreaks(pieces.front()) + 1);
     if (!ran)
     {
         m_error = m_engine.GetErrorText();

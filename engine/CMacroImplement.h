@@ -43,7 +43,7 @@ public:
 
     void AddGlobalScript(const QString& text) { m_globalScript += QStringLiteral("\r\n") + text; }
     void ClearGlobalScript() { m_globalScript.clear(); }
-    QString GetLastScript() const { return m_lastScript; }
+    QString GetLastScript() const;
 
     // Coverage runs: after each run, LastLineHits holds how often each line
     // of the script given to ExecuteScript executed (1-based, declarations
@@ -59,13 +59,13 @@ public:
     CMacroImplement& operator=(const CMacroImplement&) = delete;
 
 private:
-    int Run(const QString& prefix, const QString& script, const QStringList& pieces, CArray<CMacroParam>& outputs);
+    int Run(const QStringList& pieces, bool split, CArray<CMacroParam>& outputs);
     void CollectLineHits(int prefixLines);
 
     QString m_error;
     QString m_globalScript;
     CScriptHost m_engine;
-    QString m_lastScript;
+    QStringList m_lastPieces;
     bool m_joinedRuns = false;
     bool m_collectCoverage = false;
     std::map<int, qint64> m_lineHits;
