@@ -2,6 +2,7 @@
 
 #include <js/GlobalObject.h>
 #include <js/Id.h>
+#include <js/Object.h>
 #include <js/Realm.h>
 #include <jsapi.h>
 #include <jsfriendapi.h>
@@ -10,6 +11,9 @@
 #include <memory>
 #include <unordered_set>
 
+// After the engine's headers: Qt's keywords clash with them.
+#include "CJsLazyLibrary.h"
+
 namespace
 {
 // Each thread has an engine of its own, and so atoms of its own. A plain
@@ -17,14 +21,24 @@ namespace
 // after a thread_local set would already be gone.
 thread_local std::unordered_set<std::uintptr_t>* t_names = nullptr;
 
-bool IsStandardName(jsid id)
+// What a global with a library attached keeps, in its first reserved slot.
+struct LibraryState
 {
-    return id.isAtom() && t_names->count(id.asRawBits()) != 0;
+    std::shared_ptr<const CJsLazyLibrary> library;
+    bool listed = false;
+};
+constexpr std::size_t kLibrarySlot = 0;
+
+LibraryState* StateOf(JSObject* global)
+{
+    return JS::GetMaybePtrFromReservedSlot<LibraryState>(global, kLibrarySlot);
 }
 
 bool Resolve(JSContext* cx, JS::HandleObject global, JS::HandleId id, bool* resolved)
 {
-    if (!t_names || IsStandardName(id))
+    if (LibraryState* state = StateOf(global); state && state->library->Has(id))
+        return state->library->Declare(cx, id, resolved);
+    if (!t_names || CJsGlobalClass::IsStandardName(id))
         return JS_ResolveStandardClass(cx, global, id, resolved);
     // What the engine does for any other name: the global's prototype chain
     // is made on first need.
@@ -34,14 +48,33 @@ bool Resolve(JSContext* cx, JS::HandleObject global, JS::HandleId id, bool* reso
 
 bool MayResolve(const JSAtomState& names, jsid id, JSObject* global)
 {
+    if (LibraryState* state = global ? StateOf(global) : nullptr; state && state->library->Has(id))
+        return true;
     if (!t_names || !global || !js::GetStaticPrototype(global))
         return JS_MayResolveStandardClass(names, id, global);
-    return IsStandardName(id);
+    return CJsGlobalClass::IsStandardName(id);
 }
 
-const JSClassOps kOps = {nullptr, nullptr, nullptr, JS_NewEnumerateStandardClasses, Resolve, MayResolve,
-                         nullptr, nullptr, nullptr, JS_GlobalObjectTraceHook};
-const JSClass kClass = {"global", JSCLASS_GLOBAL_FLAGS, &kOps, nullptr, nullptr, nullptr};
+bool Enumerate(JSContext* cx, JS::HandleObject global, JS::MutableHandleIdVector properties, bool enumerableOnly)
+{
+    if (LibraryState* state = StateOf(global))
+    {
+        state->listed = true;
+        if (!state->library->DeclareAll(cx, global))
+            return false;
+    }
+    return JS_NewEnumerateStandardClasses(cx, global, properties, enumerableOnly);
+}
+
+void Finalize(JS::GCContext*, JSObject* global)
+{
+    delete StateOf(global);
+}
+
+const JSClassOps kOps = {nullptr, nullptr, nullptr, Enumerate, Resolve, MayResolve,
+                         Finalize, nullptr, nullptr, JS_GlobalObjectTraceHook};
+const JSClass kClass = {"global", JSCLASS_GLOBAL_FLAGS_WITH_SLOTS(1) | JSCLASS_FOREGROUND_FINALIZE, &kOps,
+                        nullptr, nullptr, nullptr};
 
 bool AddPinned(JSContext* cx, const char* name, std::unordered_set<std::uintptr_t>& names)
 {
@@ -79,4 +112,21 @@ void CJsGlobalClass::ForgetNames()
 {
     delete t_names;
     t_names = nullptr;
+}
+
+bool CJsGlobalClass::IsStandardName(jsid id)
+{
+    return t_names && id.isAtom() && t_names->count(id.asRawBits()) != 0;
+}
+
+void CJsGlobalClass::Attach(JSObject* global, std::shared_ptr<const CJsLazyLibrary> library)
+{
+    delete StateOf(global);
+    JS::SetReservedSlot(global, kLibrarySlot, JS::PrivateValue(new LibraryState{std::move(library), false}));
+}
+
+bool CJsGlobalClass::WasListed(JSObject* global)
+{
+    const LibraryState* state = StateOf(global);
+    return state && state->listed;
 }

@@ -1,6 +1,11 @@
 #pragma once
 #include <js/Class.h>
+#include <js/Id.h>
 #include <js/TypeDecls.h>
+
+#include <memory>
+
+class CJsLazyLibrary;
 
 // The class of every global the engine makes here. The engine's own global
 // hooks tell whether a missing name is a standard class (Math, JSON, ...) by
@@ -8,6 +13,8 @@
 // declares or reads that is not there yet; with a library of hundreds of
 // functions that walk was a third of a case. These hooks ask a set of the same
 // names first, learned once per thread, and leave the rest to the engine.
+// They also declare the functions of a library attached to the global when a
+// script first looks one up (CJsLazyLibrary).
 class CJsGlobalClass
 {
 public:
@@ -17,4 +24,10 @@ public:
     static bool LearnNames(JSContext* cx, JS::HandleObject global);
     // Forgets them when the thread's engine goes: another one has other atoms.
     static void ForgetNames();
+    static bool IsStandardName(jsid id);
+
+    // Gives the global a library to declare on demand; it keeps it until it dies.
+    static void Attach(JSObject* global, std::shared_ptr<const CJsLazyLibrary> library);
+    // Whether a script listed the keys of a global with a library attached.
+    static bool WasListed(JSObject* global);
 };

@@ -1,5 +1,6 @@
 #include "CJsPieceAnalyzer.h"
 
+#include "CJsLazyLibrary.h"
 #include "CJsPieceText.h"
 #include "CJsRuntime.h"
 #include "CJsText.h"
@@ -55,8 +56,35 @@ const char kWalker[] = R"JS((function (text) {
   return [vars.join(','), functions.join(','), lexicals.join(','), unsure ? '1' : '0'].join('\n');
 }))JS";
 
+// Cuts a text made of function declarations only into one piece per
+// declaration, each with the comments and blanks in front of it, one per
+// line: "name,from,to,line,column" (offsets into the text, line and column of
+// the piece's start); empty when the text holds anything else.
+const char kOutliner[] = R"JS((function (text) {
+  var starts = [0], breaks = /\r\n|[\n\r\u2028\u2029]/g, m, out = [], from = 0, line = 1, column = 0;
+  while ((m = breaks.exec(text))) starts.push(m.index + m[0].length);
+  var body = Reflect.parse(text, { loc: true }).body;
+  for (var i = 0; i < body.length; i++) {
+    var s = body[i], to = starts[s.loc.end.line - 1] + s.loc.end.column;
+    if (s.type === 'FunctionDeclaration') out.push([s.id.name, from, to, line, column].join(','));
+    else if (s.type !== 'EmptyStatement') return '';
+    from = to; line = s.loc.end.line; column = s.loc.end.column;
+  }
+  return out.join('\n');
+}))JS";
+
 const QStringList kDeclaringWords = {QStringLiteral("var"), QStringLiteral("let"), QStringLiteral("const"),
                                      QStringLiteral("class"), QStringLiteral("function")};
+
+template <std::size_t N>
+bool EvaluateFunction(JSContext* cx, const char* name, const char (&text)[N], JS::MutableHandleValue function)
+{
+    JS::CompileOptions options(cx);
+    options.setFileAndLine(name, 1);
+    JS::SourceText<mozilla::Utf8Unit> source;
+    return source.init(cx, text, N - 1, JS::SourceOwnership::Borrowed) && JS::Evaluate(cx, options, source, function)
+           && function.isObject();
+}
 
 bool SameText(const QString& a, const QString& b)
 {
@@ -75,6 +103,7 @@ CJsPieceAnalyzer::~CJsPieceAnalyzer() = default;
 void CJsPieceAnalyzer::Release()
 {
     m_walker.reset();
+    m_outliner.reset();
     m_infos.clear();
     m_chars = 0;
 }
@@ -89,7 +118,7 @@ bool CJsPieceAnalyzer::MentionedBefore(const QString& name, const std::vector<st
     }
     return false;
 }
-bool CJsPieceAnalyzer::Plan(const QStringList& pieces, CJsSplitPlan& plan)
+bool CJsPieceAnalyzer::Plan(const QStringList& pieces, CJsSplitPlan& plan, const std::string& file)
 {
     plan = CJsSplitPlan();
     std::vector<std::shared_ptr<const Info>> infos;
@@ -130,7 +159,56 @@ bool CJsPieceAnalyzer::Plan(const QStringList& pieces, CJsSplitPlan& plan)
     }
     if (!prelude.isEmpty())
         plan.prelude = QStringLiteral("var ") + prelude.join(QStringLiteral(", ")) + QLatin1Char(';');
+    if (!file.empty())
+        ChooseLibrary(infos, plan, file);
     return true;
+}
+
+// The largest piece of function declarations only, if any is worth it.
+void CJsPieceAnalyzer::ChooseLibrary(const std::vector<std::shared_ptr<const Info>>& infos, CJsSplitPlan& plan,
+                                     const std::string& file)
+{
+    std::size_t best = infos.size();
+    for (std::size_t k = 0; k < infos.size(); ++k)
+    {
+        const qsizetype size = infos[k]->text.size();
+        if (size >= kMinLibraryChars && infos[k]->words.contains(QStringLiteral("function"))
+            && (best == infos.size() || size > infos[best]->text.size()))
+            best = k;
+    }
+    if (best == infos.size())
+        return;
+    plan.library = LibraryOf(*infos[best], plan.pieces[best].line, file);
+    plan.pieces[best].declaredOnDemand = plan.library != nullptr;
+}
+
+std::shared_ptr<const CJsLazyLibrary> CJsPieceAnalyzer::LibraryOf(const Info& info, int line, const std::string& file)
+{
+    if (info.library && info.libraryLine == line && info.library->File() == file)
+        return info.library;
+    if (!info.outlined)
+    {
+        info.outlined = true;
+        if (!Parse(info.text, info.outline, true))
+            info.outline.clear();
+    }
+    info.library.reset();
+    info.libraryLine = line;
+    std::vector<CJsLazyLibrary::Function> functions;
+    for (const QString& row : info.outline.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+    {
+        const QStringList f = row.split(QLatin1Char(','));
+        if (f.size() != 5)
+            return nullptr;
+        const qsizetype from = f[1].toLongLong(), to = f[2].toLongLong();
+        const QString text = info.text.mid(from, to - from);
+        // A declaration cut wrong is never run on its own.
+        if (from < 0 || to > info.text.size() || !text.endsWith(QLatin1Char('}')))
+            return nullptr;
+        functions.push_back({f[0], text, line + f[3].toInt() - 1, f[4].toInt()});
+    }
+    info.library = CJsLazyLibrary::Create(m_runtime.Context(), std::move(functions), file);
+    return info.library;
 }
 
 std::shared_ptr<const CJsPieceAnalyzer::Info> CJsPieceAnalyzer::InfoFor(const QString& text, bool declarations)
@@ -195,30 +273,33 @@ void CJsPieceAnalyzer::ReadDeclarations(Info& info)
     info.unsure = parts[3] == QLatin1String("1");
 }
 
-// Runs the walker over the text in a global of its own, which no script
-// ever sees; false when the text does not parse.
-bool CJsPieceAnalyzer::Parse(const QString& text, QString& result)
+bool CJsPieceAnalyzer::MakeWalkers()
 {
     JSContext* cx = m_runtime.Context();
-    if (!m_walker)
+    JS::RootedObject global(cx, m_runtime.NewGlobal());
+    if (!global)
+        return false;
+    JSAutoRealm entered(cx, global);
+    JS::RootedValue walker(cx), outliner(cx);
+    if (!JS_InitReflectParse(cx, global) || !EvaluateFunction(cx, "velmora-piece-walker", kWalker, &walker)
+        || !EvaluateFunction(cx, "velmora-piece-outliner", kOutliner, &outliner))
     {
-        JS::RootedObject global(cx, m_runtime.NewGlobal());
-        if (!global)
-            return false;
-        JSAutoRealm entered(cx, global);
-        JS::CompileOptions options(cx);
-        options.setFileAndLine("velmora-piece-walker", 1);
-        JS::SourceText<mozilla::Utf8Unit> source;
-        JS::RootedValue walker(cx);
-        if (!JS_InitReflectParse(cx, global) || !source.init(cx, kWalker, sizeof(kWalker) - 1, JS::SourceOwnership::Borrowed)
-            || !JS::Evaluate(cx, options, source, &walker) || !walker.isObject())
-        {
-            JS_ClearPendingException(cx);
-            return false;
-        }
-        m_walker = std::make_unique<JS::PersistentRooted<JSObject*>>(cx, &walker.toObject());
+        JS_ClearPendingException(cx);
+        return false;
     }
-    JS::RootedObject walker(cx, m_walker->get());
+    m_walker = std::make_unique<JS::PersistentRooted<JSObject*>>(cx, &walker.toObject());
+    m_outliner = std::make_unique<JS::PersistentRooted<JSObject*>>(cx, &outliner.toObject());
+    return true;
+}
+
+// Runs the walker (or the outliner) over the text in a global of its own,
+// which no script ever sees; false when the text does not parse.
+bool CJsPieceAnalyzer::Parse(const QString& text, QString& result, bool outline)
+{
+    if (!m_walker && !MakeWalkers())
+        return false;
+    JSContext* cx = m_runtime.Context();
+    JS::RootedObject walker(cx, (outline ? m_outliner : m_walker)->get());
     JSAutoRealm entered(cx, walker);
     JS::RootedValue arg(cx), returned(cx);
     JSString* str = CJsText::ToJsString(cx, text);

@@ -4,6 +4,7 @@
 #include <QStringList>
 
 #include <js/RootingAPI.h>
+#include <string>
 #include <js/TypeDecls.h>
 
 #include <cstddef>
@@ -11,6 +12,7 @@
 #include <memory>
 #include <vector>
 
+class CJsLazyLibrary;
 class CJsRuntime;
 
 // How a text made of pieces joined with "\r\n" runs piece by piece: each
@@ -23,9 +25,11 @@ struct CJsSplitPlan
     {
         QString text;
         int line = 1;
+        bool declaredOnDemand = false; // the library's piece: not run, attached
     };
     std::vector<Piece> pieces;
     QString prelude;
+    std::shared_ptr<const CJsLazyLibrary> library;
 };
 
 // Decides whether running the pieces of a joined text one after another in
@@ -46,13 +50,17 @@ public:
     explicit CJsPieceAnalyzer(CJsRuntime& runtime) : m_runtime(runtime) {}
     ~CJsPieceAnalyzer();
 
-    bool Plan(const QStringList& pieces, CJsSplitPlan& plan);
+    // With `file`, the largest piece of function declarations only becomes a
+    // library its global declares on demand, compiled under that file name.
+    bool Plan(const QStringList& pieces, CJsSplitPlan& plan, const std::string& file = std::string());
     // Drops the engine objects; the runtime calls it before its context goes.
     void Release();
 
     // Bounds of what is kept: texts, and their characters in all.
     static constexpr std::size_t kCapacity = 64;
     static constexpr qsizetype kMaxChars = 16 * 1024 * 1024;
+    // Smaller pieces are declared as they are: there is little to save.
+    static constexpr qsizetype kMinLibraryChars = 512;
 
     CJsPieceAnalyzer(const CJsPieceAnalyzer&) = delete;
     CJsPieceAnalyzer& operator=(const CJsPieceAnalyzer&) = delete;
@@ -70,16 +78,25 @@ private:
         bool parsed = false;
         bool unsure = false; // declarations the walk does not follow
         QStringList vars, functions, lexicals;
+        // The piece as a library, made when first asked for at this line.
+        mutable bool outlined = false;
+        mutable QString outline;
+        mutable std::shared_ptr<const CJsLazyLibrary> library;
+        mutable int libraryLine = 0;
     };
 
     static bool MentionedBefore(const QString& name, const std::vector<std::shared_ptr<const Info>>& infos,
                                 std::size_t before);
     std::shared_ptr<const Info> InfoFor(const QString& text, bool declarations);
     void ReadDeclarations(Info& info);
-    bool Parse(const QString& text, QString& result);
+    void ChooseLibrary(const std::vector<std::shared_ptr<const Info>>& infos, CJsSplitPlan& plan,
+                       const std::string& file);
+    std::shared_ptr<const CJsLazyLibrary> LibraryOf(const Info& info, int line, const std::string& file);
+    bool MakeWalkers();
+    bool Parse(const QString& text, QString& result, bool outline = false);
 
     CJsRuntime& m_runtime;
     std::list<std::shared_ptr<Info>> m_infos; // most recently used first
     qsizetype m_chars = 0;
-    std::unique_ptr<JS::PersistentRooted<JSObject*>> m_walker;
+    std::unique_ptr<JS::PersistentRooted<JSObject*>> m_walker, m_outliner;
 };

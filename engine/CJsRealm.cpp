@@ -1,6 +1,7 @@
 #include "CJsRealm.h"
 
 #include "CJsEngine.h"
+#include "CJsGlobalClass.h"
 #include "CJsText.h"
 #include "HostContext.h"
 
@@ -258,18 +259,26 @@ bool CJsRealm::RunPieces(const QStringList& pieces, bool joinedOnly)
 CJsRealm::SplitOutcome CJsRealm::RunSplit(CJsRuntime& runtime, const QStringList& pieces)
 {
     CJsSplitPlan plan;
-    if (!runtime.Pieces().Plan(pieces, plan))
+    const std::string name = kFilePrefix + std::string(kPiecesName);
+    m_lastRunHadLibrary = false;
+    // Line counts need every function of the whole compiled in its global.
+    if (!runtime.Pieces().Plan(pieces, plan, CJsEngine::CoverageEnabled() ? std::string() : name))
         return SplitOutcome::InDoubt;
     JSContext* cx = runtime.Context();
-    const std::string name = kFilePrefix + std::string(kPiecesName);
+    JS::RootedObject global(cx, m_global->get());
+    // Attached first: in the whole, a function declaration wins over a var of the same name.
+    if (plan.library)
+        CJsGlobalClass::Attach(global, plan.library);
+    m_lastRunHadLibrary = plan.library != nullptr;
     JS::RootedValue ignored(cx);
     bool ok = plan.prelude.isEmpty() || ExecuteAs(runtime, Source{plan.prelude, name}, &ignored);
     for (const CJsSplitPlan::Piece& piece : plan.pieces)
-        ok = ok && ExecuteAs(runtime, Source{piece.text, name, piece.line, false, true}, &ignored);
+        ok = ok && (piece.declaredOnDemand || ExecuteAs(runtime, Source{piece.text, name, piece.line, false, true}, &ignored));
     // Jobs run once, after the last piece, as they would after the whole.
-    if (ok && runtime.DrainJobs())
+    ok = ok && runtime.DrainJobs();
+    if (ok && !CJsGlobalClass::WasListed(global))
         return SplitOutcome::Passed;
-    return JS_IsExceptionPending(cx) ? SplitOutcome::Threw : SplitOutcome::Stopped;
+    return ok || JS_IsExceptionPending(cx) ? SplitOutcome::Threw : SplitOutcome::Stopped;
 }
 
 bool CJsRealm::Call(const QString& name, const QVariantList& args, QVariant& result)

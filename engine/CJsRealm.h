@@ -44,6 +44,8 @@ public:
     // or the pieces threw and the whole ran afresh.
     enum class PiecesRun { Joined, Split, SplitThenJoined };
     PiecesRun LastPiecesRun() const { return m_lastPiecesRun; }
+    // Whether the last split run had a library declared on demand.
+    bool LastRunHadLibrary() const { return m_lastRunHadLibrary; }
     bool Call(const QString& name, const QVariantList& args, QVariant& result);
     // Own enumerable data properties of the global that hold functions: the
     // functions that code run in this scope declared.
@@ -106,4 +108,5 @@ private:
     std::uint64_t m_nextText = 0;
     CJsErrorInfo m_error;
     PiecesRun m_lastPiecesRun = PiecesRun::Joined;
+    bool m_lastRunHadLibrary = false;
 };

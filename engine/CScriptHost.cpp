@@ -99,6 +99,11 @@ bool CScriptHost::LastPiecesRanSplit() const
     return m_control && m_control->LastPiecesRun() == CJsRealm::PiecesRun::Split;
 }
 
+bool CScriptHost::LastPiecesHadLibrary() const
+{
+    return m_control && m_control->LastRunHadLibrary();
+}
+
 QVariant CScriptHost::Evaluate(const QString& expression)
 {
     QVariant value;

@@ -45,6 +45,8 @@ public:
     bool ExecutePieces(const QStringList& pieces, bool joinedOnly = false);
     // Whether the last ExecutePieces ran the pieces one by one to the end.
     bool LastPiecesRanSplit() const;
+    // Whether that split run declared a library's functions on first use.
+    bool LastPiecesHadLibrary() const;
     // The expression's value; the empty variant for undefined or any error.
     QVariant Evaluate(const QString& expression);
     bool RunProcedure(const QString& name, const QVariantList& args, QVariant& result);
