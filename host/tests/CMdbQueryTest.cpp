@@ -31,8 +31,7 @@ protected:
 
 TEST_F(MdbFixtureTest, ReadsTablesWithTheirColumnsAndNumbers)
 {
-    EXPECT_EQ(m_db.GetTableNames().size(), 2);
-    EXPECT_TRUE(m_db.GetTableNames().contains(u"Users"_s));
+    EXPECT_EQ(m_db.GetTableNames().join(u' '), u"Users Macros"_s); // catalog order
     QStringList columns;
     QList<QVariantList> rows;
     ASSERT_TRUE(m_db.ReadTable(u"macros"_s, columns, rows)) << m_db.GetError().toStdString();
