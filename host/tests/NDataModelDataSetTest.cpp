@@ -124,10 +124,12 @@ TEST(NDataModelDataSetTest, CloneIsIndependentAndKeepsEverything)
 TEST(NDataModelDataSetTest, SortIsStableAndTyped)
 {
     NumberTable table;
-    for (const auto& [name, count] : {std::pair{"b", "10"}, {"a", "9"}, {"c", ""}, {"a", "10"}, {"B", "-1"}}) {
+    for (const auto& [name, count, weight] :
+         {std::tuple{"b", "10", 2.0}, {"a", "9", NAN}, {"c", "", -1.0}, {"a", "10", NAN}, {"B", "-1", 0.5}}) {
         const int r = table.InsertRow(0);
         table.SetAsString(u"Name"_s, r, QString::fromLatin1(name));
         table.SetAsString(u"Count"_s, r, QString::fromLatin1(count));
+        table.SetAsDouble(u"Weight"_s, r, weight);
     }
     auto columns = [&table] { return Column(table, u"Name"_s) + u" / "_s + Column(table, u"Count"_s); };
     ASSERT_TRUE(table.Sort(u"Count"_s));
@@ -135,9 +137,6 @@ TEST(NDataModelDataSetTest, SortIsStableAndTyped)
     ASSERT_TRUE(table.Sort(u"Name"_s, false));
     EXPECT_EQ(columns(), u"c b a a B / null 10 9 10 -1"_s);
     EXPECT_FALSE(table.Sort(u"Missing"_s));
-    NumberTable weights; // not-a-number sorts last
-    for (double v : {2.0, std::nan(""), -1.0, std::nan(""), 0.5})
-        weights.SetAsDouble(u"Weight"_s, weights.InsertRow(0), v);
-    ASSERT_TRUE(weights.Sort(u"Weight"_s));
-    EXPECT_EQ(Column(weights, u"Weight"_s), u"-1 0.5 2 nan nan"_s);
+    ASSERT_TRUE(table.Sort(u"Weight"_s));
+    EXPECT_EQ(Column(table, u"Weight"_s), u"-1 0.5 2 nan nan"_s); // not-a-number sorts last
 }
