@@ -26,7 +26,7 @@ QString GoodBuffer()
 
 } // namespace
 
-TEST(DataSetXmlTest, TextsNumbersNullsAndEmptyTextSurviveARoundTrip)
+TEST(DataSetXmlTest, TextsNumbersNullsEmptyTextAndNamesWithTabsAndBreaksSurviveARoundTrip)
 {
     const QString texts[] = {
         u"plain"_s, QString(), u"a\rb\nc\r\n\r\rd\n\n"_s, u"\r"_s, u"钢筋重量 = 0.617*d*d/100"_s, u"\"q\" and 's'"_s,
@@ -35,10 +35,11 @@ TEST(DataSetXmlTest, TextsNumbersNullsAndEmptyTextSurviveARoundTrip)
         QString(QChar(0xFFFF))};
     const double numbers[] = {0.1, -0.0, 1e300, -2.5e-310, 1.0 / 3.0, INFINITY, -INFINITY, NAN};
     NDataModelDataSet table, loaded;
-    table.SetTableName(u"数据"_s);
+    table.SetTableName(u"数据\tb\r\nc"_s);
     table.AddField(u"i"_s, FT_Integer, 8);
     table.AddField(u"d"_s, FT_Double);
     table.AddField(u"s"_s, FT_LongString);
+    table.AddField(u"名 称\n"_s, FT_String);
     for (size_t n = 0; n < std::size(texts); ++n) {
         const int r = table.InsertRow(0);
         table.SetAsString(u"s"_s, r, texts[n]);
@@ -132,15 +133,11 @@ TEST(DataSetXmlTest, DamagedBuffersAreRefusedAndChangeNothing)
     }
 }
 
-TEST(DataSetXmlTest, NamesThatXmlCannotCarryMakeSaveFailButTabsAndBreaksAreCarried)
+TEST(DataSetXmlTest, NamesThatXmlCannotCarryMakeSaveFail)
 {
-    NDataModelDataSet table, tabs, loaded;
+    NDataModelDataSet table;
     table.AddField(u"bad\x02name"_s, FT_String);
     QString xml = u"untouched"_s;
     EXPECT_FALSE(table.SaveDataSetXMLBuf_NoDelete(xml));
     EXPECT_EQ(xml, u"untouched"_s);
-    tabs.SetTableName(u"a\tb\r\nc"_s);
-    tabs.AddField(u"名 称\n"_s, FT_String);
-    ASSERT_TRUE(loaded.LoadDataSetXMLBuf_NoDataBefore(Save(tabs)));
-    EXPECT_EQ(Dump(loaded), Dump(tabs));
 }
