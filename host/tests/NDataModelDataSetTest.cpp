@@ -44,7 +44,7 @@ TEST(NDataModelDataSetTest, CreateFieldsRunsOnceLazilyAndFieldsAddedLaterComeLas
                            "<null>;<null>;<null>;<null>;[3.0];"_s.arg(int(FT_LongString)));
 }
 
-TEST(NDataModelDataSetTest, InsertAndDeleteRowPositions)
+TEST(NDataModelDataSetTest, InsertAndDeleteRowPositionsAndCellsOutOfRangeReadEmptyAndRefuseWrites)
 {
     const struct { int insertAt, expectedRow; const char* order; } cases[] = {
         {0, 4, "a b c N"}, {1, 1, "N a b c"}, {3, 3, "a b N c"}, {4, 4, "a b c N"}, {99, 4, "a b c N"}, {-1, 4, "a b c N"}};
@@ -62,23 +62,17 @@ TEST(NDataModelDataSetTest, InsertAndDeleteRowPositions)
     EXPECT_FALSE(table.DeleteRow(4));
     EXPECT_TRUE(table.DeleteRow(2));
     EXPECT_EQ(Column(table, u"ParmName"_s), u"a c"_s);
-    table.Reset();
-    EXPECT_EQ(table.GetRowCount(), 0);
-    EXPECT_EQ(table.GetFieldCount(), 4);
-}
-
-TEST(NDataModelDataSetTest, OutOfRangeAndUnknownNamesReadEmptyAndRefuseWrites)
-{
-    CaseTable table;
-    table.InsertRow(0);
     EXPECT_EQ(table.GetAsString(u"Nope"_s, 1), QString());
     EXPECT_EQ(table.GetAsString(1, 0), QString());
     EXPECT_EQ(table.GetAsInteger(9, 1), 0);
     EXPECT_FALSE(table.SetAsString(u"Nope"_s, 1, u"x"_s));
-    EXPECT_FALSE(table.SetAsString(1, 2, u"x"_s));
+    EXPECT_FALSE(table.SetAsString(1, 3, u"x"_s));
     EXPECT_FALSE(table.SetAsInteger(-1, 1, 1));
     EXPECT_FALSE(table.SetAsDouble(4, 1, 1.0));
     EXPECT_TRUE(table.IsNull(1, 5));
+    table.Reset();
+    EXPECT_EQ(table.GetRowCount(), 0);
+    EXPECT_EQ(table.GetFieldCount(), 4);
 }
 
 TEST(NDataModelDataSetTest, ConversionsBetweenTextAndNumberFields)
