@@ -76,7 +76,7 @@ TEST_F(MdbFixtureTest, SelectsColumnsWithConditionsAndOrder)
     }
 }
 
-TEST_F(MdbFixtureTest, RefusesWhatItCannotAnswerWithAReason)
+TEST_F(MdbFixtureTest, RefusesWhatItCannotOpenOrAnswerWithAReason)
 {
     auto refused = [this](const char* sql, int params) {
         QList<QVariantList> rows{{1}};
@@ -94,10 +94,6 @@ TEST_F(MdbFixtureTest, RefusesWhatItCannotAnswerWithAReason)
         refused(sql, 0);
     refused("select key_ch from Macros where key_ch = ?", 0);
     refused("select key_ch from Macros", 1);
-}
-
-TEST_F(MdbFixtureTest, OpenRefusesWhatIsNotAnAccessFile)
-{
     const QString text = HomeFile(u"text.mdb"_s);
     ASSERT_TRUE(WriteBytes(text, QByteArray(4096, 'x')));
     CMdbDatabase db;

@@ -26,7 +26,7 @@ QString GoodBuffer()
 
 } // namespace
 
-TEST(DataSetXmlTest, TextsNumbersNullsEmptyTextAndNamesWithTabsAndBreaksSurviveARoundTrip)
+TEST(DataSetXmlTest, TextsNumbersNullsEmptyTextAndNamesWithTabsAndBreaksSurviveARoundTripOtherControlsFailToSave)
 {
     const QString texts[] = {
         u"plain"_s, QString(), u"a\rb\nc\r\n\r\rd\n\n"_s, u"\r"_s, u"钢筋重量 = 0.617*d*d/100"_s, u"\"q\" and 's'"_s,
@@ -51,6 +51,10 @@ TEST(DataSetXmlTest, TextsNumbersNullsEmptyTextAndNamesWithTabsAndBreaksSurviveA
     EXPECT_EQ(Dump(loaded), Dump(table));
     EXPECT_TRUE(std::signbit(loaded.GetAsDouble(1, 2)));
     EXPECT_EQ(Save(loaded), Save(table));
+    table.AddField(u"bad\x02name"_s, FT_String);
+    QString xml = u"untouched"_s;
+    EXPECT_FALSE(table.SaveDataSetXMLBuf_NoDelete(xml));
+    EXPECT_EQ(xml, u"untouched"_s);
 }
 
 TEST(DataSetXmlTest, LayoutIsReadableLoadAppendsToRowsAlreadyThereAndSkipsCommentsAndWhitespace)
@@ -131,13 +135,4 @@ TEST(DataSetXmlTest, DamagedBuffersAreRefusedAndChangeNothing)
         EXPECT_EQ(Dump(table), u"TestCase|ParmMode:3:0,ParmName:%1:0,ParmValue:%1:0,ParmMsg:%1:0,\n<null>;[kept];<null>;<null>;"_s
                                 .arg(int(FT_LongString)));
     }
-}
-
-TEST(DataSetXmlTest, NamesThatXmlCannotCarryMakeSaveFail)
-{
-    NDataModelDataSet table;
-    table.AddField(u"bad\x02name"_s, FT_String);
-    QString xml = u"untouched"_s;
-    EXPECT_FALSE(table.SaveDataSetXMLBuf_NoDelete(xml));
-    EXPECT_EQ(xml, u"untouched"_s);
 }
