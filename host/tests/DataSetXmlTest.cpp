@@ -72,7 +72,8 @@ TEST(DataSetXmlTest, LayoutIsReadableLoadAppendsToRowsAlreadyThereAndSkipsCommen
     EXPECT_EQ(Column(table, u"ParmName"_s), u"before x x"_s);
     EXPECT_EQ(table.GetAsInteger(u"ParmMode"_s, 2), 1);
     const QString commentedXml = u"<?xml version=\"1.0\"?>\n"_s
-                                 + QString(xml).replace(u"<Rows>"_s, u"<!-- rows --><Rows>\r\n\t"_s) + u"\n<!-- end -->\n"_s;
+                                 + QString(xml).replace(u"<Rows>"_s, u"<!-- rows --><Rows>\r\n\t"_s)
+                                 + u"\n<!-- end -->\n"_s;
     CaseTable commented, plain;
     ASSERT_TRUE(commented.LoadDataSetXMLBuf_NoDataBefore(commentedXml));
     ASSERT_TRUE(plain.LoadDataSetXMLBuf_NoDataBefore(xml));
