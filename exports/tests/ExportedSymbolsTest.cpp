@@ -33,13 +33,11 @@ TEST(ExportedSymbolsTest, OnlyTheEntryClassesAreVisible)
     const QRegularExpression entryClass(QStringLiteral("\\b(CCeateDialog|CVelmoraExport)\\b"));
     const QRegularExpression linkerSymbol(QStringLiteral("^(_init|_fini|_edata|_end|__bss_start)$"));
     QStringList foreign;
-    for (const QString& name : names) {
+    for (const QString& name : names)
         if (!entryClass.match(name).hasMatch() && !linkerSymbol.match(name).hasMatch())
             foreign << name;
-    }
     EXPECT_TRUE(foreign.isEmpty()) << foreign.join(QLatin1Char('\n')).toStdString();
-    EXPECT_TRUE(names.contains(QStringLiteral("CCeateDialog::Instance()")));
-    EXPECT_TRUE(names.contains(QStringLiteral("CCeateDialog::Domodle()")));
-    EXPECT_TRUE(names.contains(QStringLiteral("CCeateDialog::Release()")));
-    EXPECT_TRUE(names.contains(QStringLiteral("CVelmoraExport::DoJaveScriptTest()")));
+    for (const char* entry : {"CCeateDialog::Instance()", "CCeateDialog::Domodle()", "CCeateDialog::Release()",
+                              "CVelmoraExport::DoJaveScriptTest()"})
+        EXPECT_TRUE(names.contains(QLatin1String(entry))) << entry;
 }

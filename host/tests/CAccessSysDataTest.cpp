@@ -8,7 +8,6 @@
 #include "HostContext.h"
 
 #include <algorithm>
-#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -29,30 +28,21 @@ template <class Table> constexpr TableApi Api(const char* name)
 {
     return {name, &Table::GetDataSet, &Table::GetMacroContent, &Table::SetMacroContent};
 }
-const TableApi kMacros = Api<CAccessSysData_MacrosTable>("Macros");
-const TableApi kMacrosV2 = Api<CAccessSysData_MacrosV2Table>("MacrosV2");
+const TableApi kTables[] = {Api<CAccessSysData_MacrosTable>("Macros"), Api<CAccessSysData_MacrosV2Table>("MacrosV2")};
+const TableApi &kMacros = kTables[0], &kMacrosV2 = kTables[1];
 
-class AccessSysDataTest : public DbBackendTest
-{
-protected:
-    static void Both(const std::function<void(const TableApi&)>& check)
-    {
-        for (const TableApi* api : {&kMacros, &kMacrosV2}) {
-            SCOPED_TRACE(api->table);
-            check(*api);
-        }
-    }
-};
+using AccessSysDataTest = DbBackendTest;
 
 TEST_P(AccessSysDataTest, UnknownKeyIsNotFoundEmptyKeyIsRefusedAndTablesAreSeparate)
 {
-    Both([this](const TableApi& api) {
+    for (const TableApi& api : kTables) {
+        SCOPED_TRACE(api.table);
         QString content = u"kept"_s;
         EXPECT_FALSE(api.get(u"nope.js"_s, content));
         EXPECT_EQ(content, u"kept"_s);
         EXPECT_FALSE(api.set(QString(), u"x"_s));
         EXPECT_EQ(CountRows(QLatin1String(api.table)), 0);
-    });
+    }
     ASSERT_TRUE(kMacros.set(u"梁\\x.js"_s, u"first"_s));
     QString content;
     EXPECT_FALSE(kMacrosV2.get(u"梁\\x.js"_s, content));
@@ -73,7 +63,8 @@ TEST_P(AccessSysDataTest, AnyKeyOrTextRoundTripsAndSettingAgainReplaces)
         {"通用脚本\\钢筋重量.js", "// 钢筋 'kg/m'\r\nvar W = 0.00617 * d * d;\r\n"}, {"it's.js", "x = 'y';"},
         {"a'; drop table Macros; --", "'); delete from MacrosV2; --"}, {"?:name", ":name ? $1"},
         {"back\\slash\\", "\\'\\\""}, {" spaced ", ""}, {"big.js", big}, {"it's.js", "replaced"}};
-    Both([&](const TableApi& api) {
+    for (const TableApi& api : kTables) {
+        SCOPED_TRACE(api.table);
         for (const auto& c : cases) {
             ASSERT_TRUE(api.set(c[0], c[1])) << c[0].toStdString();
             QString content = u"stale"_s;
@@ -81,12 +72,13 @@ TEST_P(AccessSysDataTest, AnyKeyOrTextRoundTripsAndSettingAgainReplaces)
             EXPECT_TRUE(content == c[1]) << c[0].toStdString();
         }
         EXPECT_EQ(CountRows(QLatin1String(api.table)), int(std::size(cases)) - 1);
-    });
+    }
 }
 
 TEST_P(AccessSysDataTest, DataSetListsEveryScriptInKeyOrder)
 {
-    Both([](const TableApi& api) {
+    for (const TableApi& api : kTables) {
+        SCOPED_TRACE(api.table);
         EXPECT_EQ(api.getDataSet()->GetRowCount(), 0);
         QStringList keys{"板\\b.js", "A.js", "梁\\a.js", "a.js", "B.js"};
         for (const QString& key : keys)
@@ -97,7 +89,7 @@ TEST_P(AccessSysDataTest, DataSetListsEveryScriptInKeyOrder)
         EXPECT_EQ(Column(*set, Fields::key_ch), keys.join(u' '));
         EXPECT_EQ(Column(*set, Fields::content), keys.join(u"! "_s) + u"!"_s);
         EXPECT_EQ(Column(*set, Fields::key_en), u"    "_s);
-    });
+    }
 }
 
 VELMORA_INSTANTIATE_DB_BACKENDS(AccessSysDataTest);

@@ -43,9 +43,7 @@ TEST_P(ComDBTest, RetrievesQueriesAndBindsValues)
     QList<QVariantList> rows;
     ASSERT_TRUE(m_db->Query(u"select ID, NAME, CONTENT, N, X from t where NAME = ?"_s, {u"it's"_s}, rows));
     ASSERT_EQ(rows.size(), 1);
-    EXPECT_TRUE(rows[0][2].isNull());
-    EXPECT_EQ(rows[0][3].toInt(), 1);
-    EXPECT_DOUBLE_EQ(rows[0][4].toDouble(), 0.5);
+    EXPECT_EQ(std::tuple(rows[0][2].isNull(), rows[0][3].toInt(), rows[0][4].toDouble()), std::tuple(true, 1, 0.5));
     for (const auto& [id, affected] : {std::pair{2, 1}, {9, 0}}) {
         int count = -1;
         ASSERT_TRUE(m_db->ExecuteBound(u"delete from t where ID = ?"_s, {id}, &count));

@@ -1,5 +1,4 @@
 #pragma once
-// Tables shared by the data set tests.
 #include "NDataModelDataSet.h"
 
 #include <gtest/gtest.h>

@@ -44,7 +44,7 @@ TEST(NDataModelDataSetTest, CreateFieldsRunsOnceLazilyAndFieldsAddedLaterComeLas
                            "<null>;<null>;<null>;<null>;[3.0];"_s.arg(int(FT_LongString)));
 }
 
-TEST(NDataModelDataSetTest, InsertAndDeleteRowPositions)
+TEST(NDataModelDataSetTest, InsertAndDeleteRowPositionsAndCellsOutOfRangeReadEmptyAndRefuseWrites)
 {
     const struct { int insertAt, expectedRow; const char* order; } cases[] = {
         {0, 4, "a b c N"}, {1, 1, "N a b c"}, {3, 3, "a b N c"}, {4, 4, "a b c N"}, {99, 4, "a b c N"}, {-1, 4, "a b c N"}};
@@ -62,23 +62,17 @@ TEST(NDataModelDataSetTest, InsertAndDeleteRowPositions)
     EXPECT_FALSE(table.DeleteRow(4));
     EXPECT_TRUE(table.DeleteRow(2));
     EXPECT_EQ(Column(table, u"ParmName"_s), u"a c"_s);
-    table.Reset();
-    EXPECT_EQ(table.GetRowCount(), 0);
-    EXPECT_EQ(table.GetFieldCount(), 4);
-}
-
-TEST(NDataModelDataSetTest, OutOfRangeAndUnknownNamesReadEmptyAndRefuseWrites)
-{
-    CaseTable table;
-    table.InsertRow(0);
     EXPECT_EQ(table.GetAsString(u"Nope"_s, 1), QString());
     EXPECT_EQ(table.GetAsString(1, 0), QString());
     EXPECT_EQ(table.GetAsInteger(9, 1), 0);
     EXPECT_FALSE(table.SetAsString(u"Nope"_s, 1, u"x"_s));
-    EXPECT_FALSE(table.SetAsString(1, 2, u"x"_s));
+    EXPECT_FALSE(table.SetAsString(1, 3, u"x"_s));
     EXPECT_FALSE(table.SetAsInteger(-1, 1, 1));
     EXPECT_FALSE(table.SetAsDouble(4, 1, 1.0));
     EXPECT_TRUE(table.IsNull(1, 5));
+    table.Reset();
+    EXPECT_EQ(table.GetRowCount(), 0);
+    EXPECT_EQ(table.GetFieldCount(), 4);
 }
 
 TEST(NDataModelDataSetTest, ConversionsBetweenTextAndNumberFields)
@@ -124,10 +118,12 @@ TEST(NDataModelDataSetTest, CloneIsIndependentAndKeepsEverything)
 TEST(NDataModelDataSetTest, SortIsStableAndTyped)
 {
     NumberTable table;
-    for (const auto& [name, count] : {std::pair{"b", "10"}, {"a", "9"}, {"c", ""}, {"a", "10"}, {"B", "-1"}}) {
+    for (const auto& [name, count, weight] :
+         {std::tuple{"b", "10", 2.0}, {"a", "9", NAN}, {"c", "", -1.0}, {"a", "10", NAN}, {"B", "-1", 0.5}}) {
         const int r = table.InsertRow(0);
         table.SetAsString(u"Name"_s, r, QString::fromLatin1(name));
         table.SetAsString(u"Count"_s, r, QString::fromLatin1(count));
+        table.SetAsDouble(u"Weight"_s, r, weight);
     }
     auto columns = [&table] { return Column(table, u"Name"_s) + u" / "_s + Column(table, u"Count"_s); };
     ASSERT_TRUE(table.Sort(u"Count"_s));
@@ -135,9 +131,6 @@ TEST(NDataModelDataSetTest, SortIsStableAndTyped)
     ASSERT_TRUE(table.Sort(u"Name"_s, false));
     EXPECT_EQ(columns(), u"c b a a B / null 10 9 10 -1"_s);
     EXPECT_FALSE(table.Sort(u"Missing"_s));
-    NumberTable weights; // not-a-number sorts last
-    for (double v : {2.0, std::nan(""), -1.0, std::nan(""), 0.5})
-        weights.SetAsDouble(u"Weight"_s, weights.InsertRow(0), v);
-    ASSERT_TRUE(weights.Sort(u"Weight"_s));
-    EXPECT_EQ(Column(weights, u"Weight"_s), u"-1 0.5 2 nan nan"_s);
+    ASSERT_TRUE(table.Sort(u"Weight"_s));
+    EXPECT_EQ(Column(table, u"Weight"_s), u"-1 0.5 2 nan nan"_s); // not-a-number sorts last
 }

@@ -47,9 +47,8 @@ int DbBackendTest::CountRows(const QString& table, const QString& where)
 {
     auto db = SecondConnection();
     QString count;
-    if (!db->Retrieve(QStringLiteral("select count(*) from ") + table + QLatin1Char(' ') + where, count))
-        return -1;
-    return count.toInt();
+    const bool ok = db->Retrieve(QStringLiteral("select count(*) from ") + table + QLatin1Char(' ') + where, count);
+    return ok ? count.toInt() : -1;
 }
 
 std::string DbBackendName(const ::testing::TestParamInfo<DbBackend>& info)

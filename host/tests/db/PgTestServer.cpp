@@ -11,11 +11,9 @@
 #include <filesystem>
 #include <grp.h>
 #include <pwd.h>
-#include <string>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <vector>
 
 namespace {
 
@@ -101,11 +99,10 @@ bool PgTestServer::Start(QString& error)
 
 bool PgTestServer::MakeFolder(QString& error)
 {
-    for (const char* tool : {"initdb", "postgres"}) {
+    for (const char* tool : {"initdb", "postgres"})
         if (!QFileInfo(kBinDir + QLatin1Char('/') + QLatin1String(tool)).isExecutable())
             return Fail(error, QStringLiteral("PostgreSQL 15 server binary missing: %1/%2 (install postgresql-15)")
                                    .arg(kBinDir, QLatin1String(tool)));
-    }
     char pattern[] = "/tmp/velmora-pg-XXXXXX";
     if (!mkdtemp(pattern))
         return Fail(error, QStringLiteral("cannot make a temporary folder for the server"));
