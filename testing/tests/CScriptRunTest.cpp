@@ -53,17 +53,14 @@ TEST_F(ScriptRunTest, EveryCaseIsLoggedInOrderAndFailuresDoNotStopTheRun)
     EXPECT_FALSE(service.RunScriptTests("beam.js", kScript));
 
     ASSERT_EQ(seen.size(), 4);
-    QStringList messages;
-    for (const CTestCaseOutcome& o : seen) {
-        EXPECT_EQ(o.script, "beam.js");
-        messages << o.message;
-    }
-    EXPECT_EQ(messages.mid(0, 3), QStringList({"测试通过!", "计算结果不一致!", "无法获取测试用例信息!"}));
-    EXPECT_TRUE(seen[0].passed);
-    ASSERT_EQ(seen[0].rows.size(), 2);
-    EXPECT_EQ(seen[0].rows[0].newValue, "3");
-    EXPECT_EQ(seen[1].rows[0].storedValue, "3.0");
-    EXPECT_TRUE(seen[2].rows.isEmpty());
+    // Per case: script, passed, rows, the first row's stored and new value, message.
+    QStringList outcomes;
+    for (const CTestCaseOutcome& o : seen)
+        outcomes << QString("%1|%2|%3|%4>%5|%6").arg(o.script).arg(int(o.passed)).arg(int(o.rows.size()))
+                        .arg(o.rows.value(0).storedValue, o.rows.value(0).newValue, o.message);
+    EXPECT_EQ(outcomes.mid(0, 3), QStringList({"beam.js|1|2|3>3|测试通过!", "beam.js|0|2|3.0>3|计算结果不一致!",
+                                                "beam.js|0|0|>|无法获取测试用例信息!"}));
+    EXPECT_TRUE(outcomes[3].startsWith("beam.js|0|"));
     EXPECT_TRUE(seen[3].message.startsWith("Error: ") && seen[3].message.contains("坏")) << seen[3].message.toStdString();
     EXPECT_EQ(Masked(service), Line("beam.js", "1pass.tx", "计算结果一致!") + Line("beam.js", "1pass.tx", "测试通过!")
                                    + Line("beam.js", "2mismatch.tx", "计算结果不一致!")
@@ -140,12 +137,12 @@ TEST_F(ScriptRunTest, AnUnwritableResultFileIsReportedAndTheRunGoesOn)
 
 TEST_F(ScriptRunTest, RunAllPassingInKeyOrderShowsNothing)
 {
-    AddScript("b.js", "var s = 'b' + x;");
-    AddScript("a.js", "var r = x * 2;");
-    SeedGlobals("a.js", "", "var x = 0;");
-    SeedGlobals("b.js", "", "var x = 0;");
-    SeedCase("a.js", "c1.tx", "x = 21;", {{"r", "42"}});
-    SeedCase("b.js", "c1.tx", "x = 1;", {{"s", "b1"}});
+    for (const auto& [key, script, input, output] : {std::tuple{"b.js", "var s = 'b' + x;", "x = 1;", Expect{"s", "b1"}},
+                                                     std::tuple{"a.js", "var r = x * 2;", "x = 21;", Expect{"r", "42"}}}) {
+        AddScript(key, script);
+        SeedGlobals(key, "", "var x = 0;");
+        SeedCase(key, "c1.tx", input, {output});
+    }
     CTestJavaScriptService service;
     EXPECT_EQ(service.RunAllTests(), 1);
     EXPECT_TRUE(Ui().CallsOf("MessageBox").isEmpty());

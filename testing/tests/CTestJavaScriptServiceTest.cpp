@@ -12,14 +12,6 @@ std::unique_ptr<CTestCaseInfoTable> Table(const Rows& rows)
     return table;
 }
 
-QStringList Values(const CTestCaseInfoTable& table)
-{
-    QStringList values;
-    for (int row = 1; row <= table.GetRowCount(); ++row)
-        values << table.GetAsString(CTestCaseInfoTable::ParmValue, row);
-    return values;
-}
-
 } // namespace
 
 using ServiceTest = RunnerTest;
@@ -62,7 +54,7 @@ TEST_F(ServiceTest, RunTestCaseJoinsTheFourTextsAndReadsEveryRowBack)
                                     "var area = sq(w) * h; var label = '面积' + area;", *table, error));
     EXPECT_EQ(error, "untouched");
     // Only the first row of a name receives the value.
-    EXPECT_EQ(Values(*table), QStringList({"36", "面积36", "second", "参数不存在!"}));
+    EXPECT_EQ(RowTexts(*table), QStringList({"area|36|", "label|面积36|", "area|second|", "missing|参数不存在!|"}));
 }
 
 TEST_F(ServiceTest, RunTestCaseHandsBackTheEnginesErrorText)
@@ -78,7 +70,7 @@ TEST_F(ServiceTest, RunTestCaseHandsBackTheEnginesErrorText)
     QString error;
     EXPECT_FALSE(service.RunTestCase("", "", "x = 1;", "var y = ;", *table, error));
     EXPECT_EQ(error, engineError);
-    EXPECT_EQ(Values(*table), QStringList({"1"}));
+    EXPECT_EQ(RowTexts(*table), QStringList({"y|1|"}));
 }
 
 TEST_F(ServiceTest, ComparisonIsExactTextCaseSensitiveAndPrintsEveryRow)

@@ -2,6 +2,7 @@
 #include "CAccessSysData_MacrosTable.h"
 #include "COutPutTextTable.h"
 #include "CSampleDataSeeder.h"
+#include "CSampleScripts.h"
 #include "CSysMacrosTable.h"
 #include "CTestCaseInfoTable.h"
 #include "CTestCaseStore.h"
@@ -31,6 +32,15 @@ inline QStringList RowTexts(const NDataModelDataSet& table, int first = 1)
         rows << table.GetAsString(CTestCaseInfoTable::ParmName, row) + "|" + table.GetAsString(CTestCaseInfoTable::ParmValue, row)
                     + "|" + table.GetAsString(CTestCaseInfoTable::ParmMsg, row);
     return rows;
+}
+
+// A sample case's expected outputs, as "name|value|comment".
+inline QStringList ExpectedTexts(const QList<CSampleScripts::Expected>& expected)
+{
+    QStringList texts;
+    for (const CSampleScripts::Expected& e : expected)
+        texts << e.name + "|" + e.value + "|" + e.comment;
+    return texts;
 }
 
 // A script's stored global texts as "functions|parameters", or "<failed>".
