@@ -1,10 +1,5 @@
-#include "CAccessSysData_MacrosTable.h"
 #include "CJSCoverTestService.h"
-#include "CTestJavaScriptService.h"
-#include "CodePage.h"
-#include "TestEnvironment.h"
-
-#include <QDir>
+#include "RunnerTestSupport.h"
 
 namespace {
 

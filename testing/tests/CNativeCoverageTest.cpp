@@ -1,10 +1,5 @@
-#include "CAccessSysData_MacrosTable.h"
 #include "CNativeCoverageService.h"
-#include "CTestJavaScriptService.h"
 #include "RunnerTestSupport.h"
-
-#include <QDir>
-#include <QFile>
 
 // Line coverage of a script whose reached and unreached lines are known: two
 // branches, a function never called (in the script and in its library), and

@@ -1,10 +1,6 @@
 #include "CComDB.h"
-#include "CSampleDataSeeder.h"
-#include "CSampleScripts.h"
-#include "HostContext.h"
 #include "RunnerTestSupport.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 namespace {

@@ -1,8 +1,5 @@
-#include "CAccessSysData_MacrosTable.h"
-#include "HostContext.h"
 #include "RunnerTestSupport.h"
 
-#include <QDir>
 #include <thread>
 
 namespace {

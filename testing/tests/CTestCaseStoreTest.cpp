@@ -1,7 +1,4 @@
-#include "HostContext.h"
 #include "RunnerTestSupport.h"
-
-#include <QDir>
 
 namespace {
 

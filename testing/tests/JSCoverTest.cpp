@@ -1,16 +1,12 @@
-#include "CAccessSysData_MacrosTable.h"
 #include "CJSCoverServer.h"
 #include "CJSCoverTestService.h"
 #include "CLoopbackProbe.h"
-#include "CTestJavaScriptService.h"
-#include "NativePath.h"
-#include "TestEnvironment.h"
+#include "RunnerTestSupport.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 

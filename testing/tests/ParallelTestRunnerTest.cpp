@@ -1,7 +1,5 @@
-#include "CAccessSysData_MacrosTable.h"
 #include "CParallelTestRunner.h"
 #include "RunnerTestSupport.h"
-#include "CSampleDataSeeder.h"
 
 #include <numeric>
 
