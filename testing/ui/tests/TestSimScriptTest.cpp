@@ -66,7 +66,8 @@ TEST_F(TestSimScriptTest, OpensOnTheFirstCaseWithTheGlobalsAndTheScript)
     EXPECT_EQ(Dialog().CurrentCaseName(), "直径12.tx");
     EXPECT_EQ(GridRows(Dialog()), StoredRows("直径12.tx"));
     EXPECT_EQ((QStringList{Control<QPlainTextEdit>(Dialog(), "1021").toPlainText(),
-                           Control<QPlainTextEdit>(Dialog(), "1020").toPlainText(), Control<CEditCtr>(Dialog(), "1010").text()}),
+                           Control<QPlainTextEdit>(Dialog(), "1020").toPlainText(),
+                           Control<CEditCtr>(Dialog(), "1010").text()}),
               (QStringList{"d = 12;", Globals(kWeight).section('|', -1), ScriptText(kWeight)}));
     EXPECT_TRUE(Ui().MessageTexts().isEmpty());
 }
