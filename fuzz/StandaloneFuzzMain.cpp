@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -28,15 +27,14 @@ int main(int argc, char** argv)
         std::sort(inputs.begin() + long(first), inputs.end());
     }
     for (const fs::path& path : inputs) {
-        std::ifstream in(path, std::ios::binary);
-        if (!in) {
+        std::error_code error;
+        const size_t size = fs::file_size(path, error);
+        const auto buffer = std::make_unique<uint8_t[]>(error ? 1 : std::max<size_t>(size, 1));
+        if (error || !std::ifstream(path, std::ios::binary).read(reinterpret_cast<char*>(buffer.get()), long(size))) {
             std::fprintf(stderr, "cannot read %s\n", path.c_str());
             return 1;
         }
-        const std::vector<char> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-        const auto buffer = std::make_unique<uint8_t[]>(std::max<size_t>(bytes.size(), 1));
-        std::copy(bytes.begin(), bytes.end(), buffer.get());
-        LLVMFuzzerTestOneInput(buffer.get(), bytes.size());
+        LLVMFuzzerTestOneInput(buffer.get(), size);
     }
     std::printf("%zu inputs run\n", inputs.size());
     return inputs.empty() ? 1 : 0;

@@ -54,12 +54,6 @@ protected:
     {
         return {f.GetErrorText(), f.GetFilePath(), f.GetScriptFile(), f.GetScript()};
     }
-    static void ExpectCleared(const CMacroParamFile& file)
-    {
-        const CArray<CMacroParam> stale = List({{"x", "1", "d", 1}});
-        EXPECT_EQ(Lists(file, stale, stale), QStringList{u"->"_s});
-        EXPECT_EQ(State(file), QStringList(4, QString()));
-    }
     // The one message box shown so far: "不存在文件" and the path, no caption, an OK button.
     void ExpectOneMessage(const QString& path)
     {
@@ -136,6 +130,7 @@ TEST_F(CMacroParamFileTest, UnloadableDocumentsClearEverythingWithoutMessage)
     QStringList paths = {HomeFile("missing.xml"), u"Z:\\nowhere\\m.xml"_s, QString(), Home(), u"/dev/zero"_s};
     for (const QByteArray& body : bodies)
         paths << Settings(body, QString::fromLatin1(body.toHex()) + u".xml"_s);
+    const CArray<CMacroParam> stale = List({{"x", "1", "d", 1}});
     for (const QString& path : paths + QStringList{u"Clear"_s}) {
         CMacroParamFile file;
         Fill(file);
@@ -143,7 +138,8 @@ TEST_F(CMacroParamFileTest, UnloadableDocumentsClearEverythingWithoutMessage)
             file.Clear();
         else
             EXPECT_FALSE(file.Read(path)) << path.toStdString();
-        ExpectCleared(file);
+        EXPECT_EQ(Lists(file, stale, stale), QStringList{u"->"_s});
+        EXPECT_EQ(State(file), QStringList(4, QString()));
     }
     EXPECT_TRUE(Ui().calls.isEmpty());
 }

@@ -1,7 +1,6 @@
 #include "CComDB.h"
 #include "MacroStoreFixtures.h"
 
-
 namespace {
 
 class MacroStoreTest : public MacroStoreFixture
@@ -16,8 +15,7 @@ protected:
 
 TEST_P(MacroStoreTest, InsertNumbersFromTheMaxAndLoadsBackWholeOrListedWithoutParameters)
 {
-    EXPECT_EQ(m_macros.GetMaxMacroId(), 0);
-    EXPECT_EQ(m_params.GetMaxParamId(), 0);
+    EXPECT_EQ((QList<int>{m_macros.GetMaxMacroId(), m_params.GetMaxParamId()}), (QList<int>{0, 0}));
     CArray<CMacro> all;
     ASSERT_TRUE(m_macros.LoadAllMacros(all));
     EXPECT_EQ(all.GetSize(), 0);
@@ -30,15 +28,13 @@ TEST_P(MacroStoreTest, InsertNumbersFromTheMaxAndLoadsBackWholeOrListedWithoutPa
     EXPECT_EQ(m_params.GetMaxParamId(), 6);
     CMacro loaded;
     ASSERT_TRUE(m_macros.LoadMacro(1, loaded));
-    EXPECT_EQ(loaded.GetId(), 1);
-    EXPECT_EQ(Fields(loaded), Fields(macro));
+    EXPECT_EQ(QString::number(loaded.GetId()) + Fields(loaded).join('|'), "1" + Fields(macro).join('|'));
     all.Add(CMacro());
     ASSERT_TRUE(m_macros.LoadAllMacros(all));
     ASSERT_EQ(all.GetSize(), 2);
-    EXPECT_EQ(all[0].GetId(), 1);
     EXPECT_EQ(Fields(all[0]), (QStringList{macro.GetName(), "3", macro.GetDescription(), macro.GetContent(), "->"}));
-    EXPECT_EQ(all[1].GetId(), 2);
-    EXPECT_EQ(all[1].GetName(), QStringLiteral("二"));
+    EXPECT_EQ((QStringList{QString::number(all[0].GetId()), QString::number(all[1].GetId()), all[1].GetName()}),
+              (QStringList{"1", "2", "二"}));
 }
 
 TEST_P(MacroStoreTest, ParameterInsertsReturnTheMaxReadBeforeAndLoadInOrder)
@@ -57,11 +53,8 @@ TEST_P(MacroStoreTest, ParameterInsertsReturnTheMaxReadBeforeAndLoadInOrder)
     loaded.Add(MakeParam(QStringLiteral("old"), QString(), QString(), 0));
     ASSERT_TRUE(m_params.LoadInputParams(4, loaded));
     EXPECT_EQ(ParamFields(loaded), ParamFields(inputs));
-    CArray<CMacroParam> outputs;
-    outputs.Add(MakeParam(QStringLiteral("kept"), QString(), QString(), 0));
-    EXPECT_FALSE(m_params.LoadOutputParams(4, outputs));
-    ASSERT_EQ(outputs.GetSize(), 1);
-    EXPECT_EQ(outputs[0].GetName(), QStringLiteral("kept"));
+    EXPECT_FALSE(m_params.LoadOutputParams(4, loaded));
+    EXPECT_EQ(ParamFields(loaded), ParamFields(inputs)); // a failed load keeps the list
 }
 
 TEST_P(MacroStoreTest, LoadMacroNeedsInputsAndOutputs)
@@ -71,12 +64,10 @@ TEST_P(MacroStoreTest, LoadMacroNeedsInputsAndOutputs)
     ASSERT_EQ(m_macros.InsertMacro(noOutputs), 1);
     CMacro loaded;
     EXPECT_FALSE(m_macros.LoadMacro(1, loaded));
-    EXPECT_EQ(loaded.GetName(), noOutputs.GetName());
-    EXPECT_EQ(loaded.InputParams().GetSize(), 2);
+    EXPECT_EQ(loaded.GetName() + QString::number(loaded.InputParams().GetSize()), noOutputs.GetName() + "2");
     CMacro missing;
     EXPECT_FALSE(m_macros.LoadMacro(99, missing));
-    EXPECT_EQ(missing.GetId(), 99);
-    EXPECT_EQ(missing.GetName(), QString());
+    EXPECT_EQ(QString::number(missing.GetId()) + missing.GetName(), "99");
 }
 
 TEST_P(MacroStoreTest, UpdateReplacesFieldsScriptAndParameters)
@@ -136,8 +127,7 @@ TEST_P(MacroStoreTest, ScriptKeepsOnlyTheLowByteOfEachCharacter)
         ASSERT_GT(id, 0);
         CMacro loaded;
         ASSERT_TRUE(m_macros.LoadMacro(id, loaded));
-        EXPECT_EQ(loaded.GetContent().size(), c[1].size()) << id;
-        EXPECT_TRUE(loaded.GetContent() == c[1]) << id;
+        EXPECT_TRUE(loaded.GetContent() == c[1]) << id; // no EXPECT_EQ: it would print a megabyte
     }
 }
 
@@ -162,10 +152,9 @@ TEST_P(MacroStoreTest, LockedDatabaseFailsCleanly)
 TEST_P(MacroStoreTest, MissingTablesFailEveryRead)
 {
     auto db = SecondConnection();
-    ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("drop table SC_MACROPARAM")));
-    ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("drop table SC_MACRO_DEFINE")));
-    EXPECT_EQ(m_macros.GetMaxMacroId(), -1);
-    EXPECT_EQ(m_params.GetMaxParamId(), -1);
+    for (const char* table : {"SC_MACROPARAM", "SC_MACRO_DEFINE"})
+        ASSERT_TRUE(db->ExecuteNonQuery(QStringLiteral("drop table ") + QLatin1String(table)));
+    EXPECT_EQ((QList<int>{m_macros.GetMaxMacroId(), m_params.GetMaxParamId()}), (QList<int>{-1, -1}));
     CMacro macro;
     EXPECT_FALSE(m_macros.LoadMacro(1, macro));
     CArray<CMacro> all;

@@ -1,19 +1,14 @@
-#include "CAccessSysData_MacrosTable.h"
 #include "CJSCoverTestService.h"
-#include "CTestJavaScriptService.h"
-#include "CodePage.h"
-#include "TestEnvironment.h"
-
-#include <QDir>
+#include "RunnerTestSupport.h"
 
 namespace {
 
-QByteArray Index(const QString& onload)
+QString Index(const QString& onload)
 {
-    return CodePage::FromUnicode("<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 4.01 Transitional//EN\"><html><head>"
-                                 "<script type=\"text/javascript\" src=\"mainJs.js\"></script>"
-                                 "<script type=\"text/javascript\" src=\"RunJs.js\"></script></head>\r\n<body onload=\""
-                                 + onload + "\">\r\n</body>\r\n</html>\r\n");
+    return "<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 4.01 Transitional//EN\"><html><head>"
+           "<script type=\"text/javascript\" src=\"mainJs.js\"></script>"
+           "<script type=\"text/javascript\" src=\"RunJs.js\"></script></head>\r\n<body onload=\""
+           + onload + "\">\r\n</body>\r\n</html>\r\n";
 }
 
 CArray<QString> Names(const QStringList& list)
@@ -35,10 +30,6 @@ protected:
     void ExpectOut(const QString& file, const QString& text) const
     {
         EXPECT_EQ(ReadBytes(HomeFile("drives/c/testJSCover/" + file)), CodePage::FromUnicode(text)) << file.toStdString();
-    }
-    void ExpectIndex(const QString& onload) const
-    {
-        EXPECT_EQ(ReadBytes(HomeFile("drives/c/testJSCover/index.html")), Index(onload));
     }
     // The page is opened without a server: the files are what is checked here.
     bool Build(CJSCoverTestService& harness, const QString& script, const QStringList& cases)
@@ -63,7 +54,7 @@ TEST_F(HarnessTest, TwoCasesGiveTheThreeFilesByteForByte)
     ASSERT_TRUE(Build(harness, "柱.js", {"a.tx", "b.tx"}));
     ExpectOut("mainJs.js", kGlobals + "\r\nfunction setParm_0(){\r\nd = 12; // 十二\r\n}\r\n\r\nfunction setParm_1(){\r\nd = 5;\r\n}\r\n");
     ExpectOut("RunJs.js", "function QXRunJS(){\r\n// 柱箍筋\r\nvar n = d > 10 ? \"多\" : '少';\r\n</script>\r\n}\r\n");
-    ExpectIndex("setParm_0();QXRunJS();setParm_1();QXRunJS();");
+    ExpectOut("index.html", Index("setParm_0();QXRunJS();setParm_1();QXRunJS();"));
     const auto opens = Ui().CallsOf("ShellOpen");
     ASSERT_EQ(opens.size(), 1);
     EXPECT_EQ(opens[0].text, "http://localhost:8080/jscoverage.html?index.html");
@@ -71,11 +62,11 @@ TEST_F(HarnessTest, TwoCasesGiveTheThreeFilesByteForByte)
     // A second build repeats the first build's setters in index.html; an existing folder is fine.
     CJSCoverTestService again;
     ASSERT_TRUE(Build(harness, "柱.js", {"b.tx"}));
-    ExpectIndex("setParm_0();QXRunJS();setParm_1();QXRunJS();setParm_0();QXRunJS();");
+    ExpectOut("index.html", Index("setParm_0();QXRunJS();setParm_1();QXRunJS();setParm_0();QXRunJS();"));
     ExpectOut("mainJs.js", kGlobals + "\r\nfunction setParm_0(){\r\nd = 5;\r\n}\r\n");
     ASSERT_TRUE(Build(again, "柱.js", {})); // no cases still writes and opens
     ExpectOut("mainJs.js", kGlobals);
-    ExpectIndex("");
+    ExpectOut("index.html", Index(""));
     EXPECT_EQ(Ui().CallsOf("ShellOpen").size(), 3);
 }
 

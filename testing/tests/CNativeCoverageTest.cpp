@@ -1,10 +1,5 @@
-#include "CAccessSysData_MacrosTable.h"
 #include "CNativeCoverageService.h"
-#include "CTestJavaScriptService.h"
 #include "RunnerTestSupport.h"
-
-#include <QDir>
-#include <QFile>
 
 // Line coverage of a script whose reached and unreached lines are known: two
 // branches, a function never called (in the script and in its library), and
@@ -102,17 +97,15 @@ TEST_F(NativeCoverageTest, NothingToRunIsSaidAndNothingOpened)
     const struct { QString script, caseName, message; } rows[] = {
         {"没有.js", "", CNativeCoverageService::kNoScript + "没有.js"},
         {kScript, "x.tx", CNativeCoverageService::kNoSuchCase + "x.tx"},
+        {"无用例.js", "", CTestJavaScriptService::kNoTestCases},
     };
+    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent("无用例.js", "var x = 1;"));
     for (const auto& row : rows) {
         Ui().Clear();
         EXPECT_FALSE(m_service.RunScriptCoverage(row.script, row.caseName));
         EXPECT_EQ(Ui().MessageTexts(), QStringList({row.message}));
         EXPECT_TRUE(Ui().CallsOf("ShellOpen").isEmpty());
     }
-    ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent("无用例.js", "var x = 1;"));
-    Ui().Clear();
-    EXPECT_FALSE(m_service.RunScriptCoverage("无用例.js"));
-    EXPECT_EQ(Ui().MessageTexts(), QStringList({CTestJavaScriptService::kNoTestCases}));
 }
 
 } // namespace

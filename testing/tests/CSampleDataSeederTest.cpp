@@ -1,10 +1,6 @@
 #include "CComDB.h"
-#include "CSampleDataSeeder.h"
-#include "CSampleScripts.h"
-#include "HostContext.h"
 #include "RunnerTestSupport.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 namespace {
@@ -47,11 +43,21 @@ protected:
             CTestCaseInfoTable table;
             ASSERT_TRUE(CTestCaseStore::LoadTestCase(script.keyCh, testCase.name + ".tx", text, &table));
             EXPECT_EQ(text, testCase.script);
-            QStringList expected;
-            for (const CSampleScripts::Expected& e : testCase.expected)
-                expected << e.name + "|" + e.value + "|" + e.comment;
-            EXPECT_EQ(RowTexts(table), expected);
+            EXPECT_EQ(RowTexts(table), ExpectedTexts(testCase.expected));
         }
+    }
+
+    // NeedsSeeding before, then SeedIfNeeded and Seeded, as digits; then any error.
+    static QString Seed(CSampleDataSeeder& seeder)
+    {
+        const bool needed = CSampleDataSeeder::NeedsSeeding();
+        const bool ok = seeder.SeedIfNeeded();
+        return QString("%1%2%3").arg(int(needed)).arg(int(ok)).arg(int(seeder.Seeded())) + seeder.Error();
+    }
+    static QString Seed()
+    {
+        CSampleDataSeeder seeder;
+        return Seed(seeder);
     }
 
     CSampleScripts m_samples;
@@ -60,9 +66,7 @@ protected:
 TEST_F(CSampleDataSeederTest, FreshHomeGetsEveryScriptCaseAndTheMacroListOnce)
 {
     CSampleDataSeeder seeder;
-    ASSERT_TRUE(CSampleDataSeeder::NeedsSeeding());
-    ASSERT_TRUE(seeder.SeedIfNeeded()) << seeder.Error().toStdString();
-    EXPECT_TRUE(seeder.Seeded());
+    ASSERT_EQ(Seed(seeder), "111");
     EXPECT_FALSE(CSampleDataSeeder::NeedsSeeding());
     EXPECT_EQ(seeder.ScriptCount(), m_samples.Scripts().size());
 
@@ -89,9 +93,7 @@ TEST_F(CSampleDataSeederTest, FreshHomeGetsEveryScriptCaseAndTheMacroListOnce)
     EXPECT_EQ(CodePage::ToUnicode(ReadBytes(MacroListPath())), macroList.join("\r\n") + "\r\n");
 
     const QByteArray dbBytes = ReadBytes(HostContext::Instance().SystemDatabase());
-    CSampleDataSeeder second; // seeding again changes nothing
-    ASSERT_TRUE(second.SeedIfNeeded());
-    EXPECT_FALSE(second.Seeded());
+    EXPECT_EQ(Seed(), "010"); // seeding again changes nothing
     EXPECT_EQ(ReadBytes(HostContext::Instance().SystemDatabase()), dbBytes);
 }
 
@@ -99,19 +101,13 @@ TEST_F(CSampleDataSeederTest, ExistingOrServerDatabasesAreNeverSeeded)
 {
     const QString db = HostContext::Instance().SystemDatabase();
     ASSERT_TRUE(WriteBytes(db, QByteArray()));
-    CSampleDataSeeder seeder;
-    EXPECT_FALSE(CSampleDataSeeder::NeedsSeeding());
-    ASSERT_TRUE(seeder.SeedIfNeeded());
-    EXPECT_FALSE(seeder.Seeded());
+    ASSERT_EQ(Seed(), "010");
     EXPECT_EQ(QFileInfo(db).size(), 0);
     EXPECT_FALSE(QFileInfo::exists(MacroListPath()));
     EXPECT_FALSE(CTestCaseStore::HasTestCases(m_samples.Scripts()[0].keyCh));
 
     HostContext::Instance().SetSystemDatabase("postgresql://u@localhost/none");
-    EXPECT_FALSE(CSampleDataSeeder::NeedsSeeding());
-    CSampleDataSeeder server;
-    EXPECT_TRUE(server.SeedIfNeeded());
-    EXPECT_FALSE(server.Seeded());
+    EXPECT_EQ(Seed(), "010");
 }
 
 TEST_F(CSampleDataSeederTest, UsersCasesAndMacroListStay)
@@ -119,9 +115,7 @@ TEST_F(CSampleDataSeederTest, UsersCasesAndMacroListStay)
     const CSampleScripts::Script& mine = m_samples.Scripts()[1];
     ASSERT_TRUE(CTestCaseStore::SaveGlobals(mine.keyCh, "// my functions", "var a = 1"));
     ASSERT_TRUE(WriteBytes(MacroListPath(), "my log"));
-    CSampleDataSeeder seeder;
-    ASSERT_TRUE(seeder.SeedIfNeeded());
-    EXPECT_TRUE(seeder.Seeded());
+    ASSERT_EQ(Seed(), "111");
     EXPECT_EQ(Globals(mine.keyCh), "// my functions|var a = 1");
     CArray<QString> names;
     CTestCaseStore::ListTestCases(mine.keyCh, names);
@@ -136,16 +130,13 @@ TEST_F(CSampleDataSeederTest, FailureLeavesNoDatabaseSoTheNextStartRetries)
     const QString root = HostContext::Instance().TestCaseRoot();
     ASSERT_TRUE(QDir(root).removeRecursively());
     ASSERT_TRUE(WriteBytes(root, "not a folder"));
-    CSampleDataSeeder seeder;
-    EXPECT_FALSE(seeder.SeedIfNeeded());
-    EXPECT_FALSE(seeder.Error().isEmpty());
-    EXPECT_FALSE(seeder.Seeded());
+    const QString failed = Seed();
+    EXPECT_EQ(failed.left(3), "100");
+    EXPECT_GT(failed.size(), 3); // with the error text
     EXPECT_TRUE(CSampleDataSeeder::NeedsSeeding());
     EXPECT_TRUE(QDir(HostContext::Instance().SysDataPath()).entryList({"*.seeding-*"}).isEmpty());
 
     ASSERT_TRUE(QFile::remove(root));
     ASSERT_TRUE(QDir().mkpath(root));
-    CSampleDataSeeder again;
-    ASSERT_TRUE(again.SeedIfNeeded()) << again.Error().toStdString();
-    EXPECT_TRUE(again.Seeded());
+    EXPECT_EQ(Seed(), "111");
 }

@@ -1,6 +1,5 @@
 #include "CSampleScripts.h"
-
-#include <gtest/gtest.h>
+#include "RunnerTestSupport.h"
 
 namespace {
 
@@ -29,10 +28,7 @@ TEST(CSampleScriptsTest, ReadsEveryFieldInFileOrderWithCrLfFunctions)
               QStringList({"梁\\a.js", "A", "d", "梁", "var x = 1 ////x", "var y = x;"}));
     ASSERT_EQ(s.cases.size(), 1);
     EXPECT_EQ(s.cases[0].name + "|" + s.cases[0].script, "c1|x = 2;");
-    QStringList expected;
-    for (const CSampleScripts::Expected& e : s.cases[0].expected)
-        expected << e.name + "|" + e.value + "|" + e.comment;
-    EXPECT_EQ(expected, QStringList({"y|2|why", "z|3|"}));
+    EXPECT_EQ(ExpectedTexts(s.cases[0].expected), QStringList({"y|2|why", "z|3|"}));
 }
 
 TEST(CSampleScriptsTest, DamagedSamplesAreRefused)

@@ -1,8 +1,5 @@
-#include "CAccessSysData_MacrosTable.h"
-#include "HostContext.h"
 #include "RunnerTestSupport.h"
 
-#include <QDir>
 #include <thread>
 
 namespace {
@@ -32,15 +29,14 @@ protected:
         ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent(key, text));
     }
 
-    // The failure box, then the result file opened: the last things done.
+    // The progress window closes, then the one failure box, then the result file opens: the last things done.
     void ExpectFailureBox(const CTestJavaScriptService& service)
     {
         EXPECT_EQ(Ui().MessageTexts(), QStringList({"测试出现失败！"}));
-        const auto& calls = Ui().calls;
-        ASSERT_GE(calls.size(), 2);
-        const auto& box = calls[calls.size() - 2];
-        EXPECT_EQ(box.kind + "|" + box.caption + "|" + QString::number(box.style), "MessageBox||" + QString::number(UIFunction::MB_OK));
-        EXPECT_EQ(calls.last().kind + "|" + calls.last().text, "ShellOpen|" + NativePath::Map(service.GetResultFileName()));
+        const QStringList calls = UiCalls();
+        EXPECT_EQ(calls.mid(calls.size() - 3),
+                  (QStringList{"ProgressEnd|||0", "MessageBox|测试出现失败！||" + QString::number(UIFunction::MB_OK),
+                               "ShellOpen|" + NativePath::Map(service.GetResultFileName()) + "||0"}));
     }
 };
 
@@ -53,17 +49,14 @@ TEST_F(ScriptRunTest, EveryCaseIsLoggedInOrderAndFailuresDoNotStopTheRun)
     EXPECT_FALSE(service.RunScriptTests("beam.js", kScript));
 
     ASSERT_EQ(seen.size(), 4);
-    QStringList messages;
-    for (const CTestCaseOutcome& o : seen) {
-        EXPECT_EQ(o.script, "beam.js");
-        messages << o.message;
-    }
-    EXPECT_EQ(messages.mid(0, 3), QStringList({"测试通过!", "计算结果不一致!", "无法获取测试用例信息!"}));
-    EXPECT_TRUE(seen[0].passed);
-    ASSERT_EQ(seen[0].rows.size(), 2);
-    EXPECT_EQ(seen[0].rows[0].newValue, "3");
-    EXPECT_EQ(seen[1].rows[0].storedValue, "3.0");
-    EXPECT_TRUE(seen[2].rows.isEmpty());
+    // Per case: script, passed, rows, the first row's stored and new value, message.
+    QStringList outcomes;
+    for (const CTestCaseOutcome& o : seen)
+        outcomes << QString("%1|%2|%3|%4>%5|%6").arg(o.script).arg(int(o.passed)).arg(int(o.rows.size()))
+                        .arg(o.rows.value(0).storedValue, o.rows.value(0).newValue, o.message);
+    EXPECT_EQ(outcomes.mid(0, 3), QStringList({"beam.js|1|2|3>3|测试通过!", "beam.js|0|2|3.0>3|计算结果不一致!",
+                                                "beam.js|0|0|>|无法获取测试用例信息!"}));
+    EXPECT_TRUE(outcomes[3].startsWith("beam.js|0|"));
     EXPECT_TRUE(seen[3].message.startsWith("Error: ") && seen[3].message.contains("坏")) << seen[3].message.toStdString();
     EXPECT_EQ(Masked(service), Line("beam.js", "1pass.tx", "计算结果一致!") + Line("beam.js", "1pass.tx", "测试通过!")
                                    + Line("beam.js", "2mismatch.tx", "计算结果不一致!")
@@ -140,19 +133,16 @@ TEST_F(ScriptRunTest, AnUnwritableResultFileIsReportedAndTheRunGoesOn)
 
 TEST_F(ScriptRunTest, RunAllPassingInKeyOrderShowsNothing)
 {
-    AddScript("b.js", "var s = 'b' + x;");
-    AddScript("a.js", "var r = x * 2;");
-    SeedGlobals("a.js", "", "var x = 0;");
-    SeedGlobals("b.js", "", "var x = 0;");
-    SeedCase("a.js", "c1.tx", "x = 21;", {{"r", "42"}});
-    SeedCase("b.js", "c1.tx", "x = 1;", {{"s", "b1"}});
+    for (const auto& [key, script, input, output] : {std::tuple{"b.js", "var s = 'b' + x;", "x = 1;", Expect{"s", "b1"}},
+                                                     std::tuple{"a.js", "var r = x * 2;", "x = 21;", Expect{"r", "42"}}}) {
+        AddScript(key, script);
+        SeedGlobals(key, "", "var x = 0;");
+        SeedCase(key, "c1.tx", input, {output});
+    }
     CTestJavaScriptService service;
     EXPECT_EQ(service.RunAllTests(), 1);
-    EXPECT_TRUE(Ui().CallsOf("MessageBox").isEmpty());
-    EXPECT_TRUE(Ui().CallsOf("ShellOpen").isEmpty());
-    const auto progress = Ui().CallsOf("ProgressUpdate");
-    ASSERT_EQ(progress.size(), 2);
-    EXPECT_EQ(progress[0].text + progress[1].text, "开始测试脚本:a.js开始测试脚本:b.js");
+    EXPECT_EQ(UiCalls().filter(QRegularExpression("^(MessageBox|ShellOpen|ProgressUpdate)\\|")),
+              QStringList({"ProgressUpdate|开始测试脚本:a.js||0", "ProgressUpdate|开始测试脚本:b.js||0"}));
     EXPECT_EQ(Masked(service), Line("a.js", "c1.tx", "计算结果一致!") + Line("a.js", "c1.tx", "测试通过!")
                                    + Line("b.js", "c1.tx", "计算结果一致!") + Line("b.js", "c1.tx", "测试通过!"));
 }
@@ -171,7 +161,6 @@ TEST_F(ScriptRunTest, RunAllFailuresEndWithTheBoxAfterTheProgressAndAnEmptyRunSh
     EXPECT_EQ(service.RunAllTests(), 1);
     EXPECT_EQ(Masked(service), Line("x.js", "", "没有测试用例!") + Line("y.js", "", "没有测试用例!"));
     ExpectFailureBox(service);
-    EXPECT_EQ(Ui().calls[Ui().calls.size() - 3].kind, "ProgressEnd"); // the progress window is gone before the box
 
     // An unwritable result file still ends the run properly.
     Ui().Clear();

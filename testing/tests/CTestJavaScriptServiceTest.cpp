@@ -12,14 +12,6 @@ std::unique_ptr<CTestCaseInfoTable> Table(const Rows& rows)
     return table;
 }
 
-QStringList Values(const CTestCaseInfoTable& table)
-{
-    QStringList values;
-    for (int row = 1; row <= table.GetRowCount(); ++row)
-        values << table.GetAsString(CTestCaseInfoTable::ParmValue, row);
-    return values;
-}
-
 } // namespace
 
 using ServiceTest = RunnerTest;
@@ -53,32 +45,28 @@ TEST_F(ServiceTest, ResultFileNameIsShiftedAndDiffersPerService)
     EXPECT_TRUE(ReadBytes(NativePath::Map(first.GetResultFileName())).contains(CodePage::FromUnicode("脚本(钢筋.js)")));
 }
 
-TEST_F(ServiceTest, RunTestCaseJoinsTheFourTextsAndReadsEveryRowBack)
-{
-    CTestJavaScriptService service;
-    auto table = Table({{"area", "expected"}, {"label", ""}, {"area", "second"}, {"missing", "m"}});
-    QString error = "untouched";
-    ASSERT_TRUE(service.RunTestCase("function sq(a) { return a * a; }", "var w = 2;", "w = 3; var h = 4;",
-                                    "var area = sq(w) * h; var label = '面积' + area;", *table, error));
-    EXPECT_EQ(error, "untouched");
-    // Only the first row of a name receives the value.
-    EXPECT_EQ(Values(*table), QStringList({"36", "面积36", "second", "参数不存在!"}));
-}
-
-TEST_F(ServiceTest, RunTestCaseHandsBackTheEnginesErrorText)
+TEST_F(ServiceTest, RunTestCaseJoinsTheFourTextsAndReadsEveryRowBackOrHandsBackTheEnginesError)
 {
     CMacroImplement direct;
     CArray<CMacroParam> none;
     ASSERT_EQ(direct.ExecuteScript("\r\n\r\nx = 1;\r\nvar y = ;", none), 0);
-    const QString engineError = direct.GetError();
-    ASSERT_TRUE(engineError.startsWith("Error: ")) << engineError.toStdString();
-
-    CTestJavaScriptService service;
-    auto table = Table({{"y", "1"}});
-    QString error;
-    EXPECT_FALSE(service.RunTestCase("", "", "x = 1;", "var y = ;", *table, error));
-    EXPECT_EQ(error, engineError);
-    EXPECT_EQ(Values(*table), QStringList({"1"}));
+    ASSERT_TRUE(direct.GetError().startsWith("Error: ")) << direct.GetError().toStdString();
+    const struct { QStringList texts; Rows rows; bool ok; QString error; QStringList after; } cases[] = {
+        // Only the first row of a name receives the value.
+        {{"function sq(a) { return a * a; }", "var w = 2;", "w = 3; var h = 4;",
+          "var area = sq(w) * h; var label = '面积' + area;"},
+         {{"area", "expected"}, {"label", ""}, {"area", "second"}, {"missing", "m"}}, true, "untouched",
+         {"area|36|", "label|面积36|", "area|second|", "missing|参数不存在!|"}},
+        {{"", "", "x = 1;", "var y = ;"}, {{"y", "1"}}, false, direct.GetError(), {"y|1|"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.ok);
+        auto table = Table(c.rows);
+        QString error = "untouched";
+        EXPECT_EQ(CTestJavaScriptService().RunTestCase(c.texts[0], c.texts[1], c.texts[2], c.texts[3], *table, error), c.ok);
+        EXPECT_EQ(error, c.error);
+        EXPECT_EQ(RowTexts(*table), c.after);
+    }
 }
 
 TEST_F(ServiceTest, ComparisonIsExactTextCaseSensitiveAndPrintsEveryRow)

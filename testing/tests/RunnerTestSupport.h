@@ -2,16 +2,20 @@
 #include "CAccessSysData_MacrosTable.h"
 #include "COutPutTextTable.h"
 #include "CSampleDataSeeder.h"
+#include "CSampleScripts.h"
 #include "CSysMacrosTable.h"
 #include "CTestCaseInfoTable.h"
 #include "CTestCaseStore.h"
 #include "CTestJavaScriptService.h"
 #include "CodePage.h"
+#include "HostContext.h"
 #include "NativePath.h"
 #include "QxMfcFun.h"
 #include "TestEnvironment.h"
 #include "UIFunction.h"
 
+#include <QDir>
+#include <QFile>
 #include <QRegularExpression>
 #include <QStringList>
 
@@ -31,6 +35,30 @@ inline QStringList RowTexts(const NDataModelDataSet& table, int first = 1)
         rows << table.GetAsString(CTestCaseInfoTable::ParmName, row) + "|" + table.GetAsString(CTestCaseInfoTable::ParmValue, row)
                     + "|" + table.GetAsString(CTestCaseInfoTable::ParmMsg, row);
     return rows;
+}
+
+// A sample case's expected outputs, as "name|value|comment".
+inline QStringList ExpectedTexts(const QList<CSampleScripts::Expected>& expected)
+{
+    QStringList texts;
+    for (const CSampleScripts::Expected& e : expected)
+        texts << e.name + "|" + e.value + "|" + e.comment;
+    return texts;
+}
+
+// A file's text through the code page, or "<unreadable>".
+inline QString FileText(const QString& path)
+{
+    QString text;
+    return QxMfc::Fun::File2CString(path, text) ? text : QStringLiteral("<unreadable>");
+}
+
+// A stored script's text.
+inline QString ScriptText(const QString& key)
+{
+    QString text;
+    CAccessSysData_MacrosTable::GetMacroContent(key, text);
+    return text;
 }
 
 // A script's stored global texts as "functions|parameters", or "<failed>".
@@ -73,9 +101,7 @@ protected:
     {
         static const QRegularExpression stamp(
             "(^|\\r\\n)\\d{4}\\.\\d{1,2}\\.\\d{1,2} \\d{1,2}:\\d{1,2}:\\d{1,2}\\.\\.\\.");
-        QString text;
-        QxMfc::Fun::File2CString(service.GetResultFileName(), text);
-        return text.replace(stamp, "\\1T...");
+        return FileText(service.GetResultFileName()).replace(stamp, "\\1T...");
     }
 
     // The comparison table printed under a mismatch: name, stored and new value per row.

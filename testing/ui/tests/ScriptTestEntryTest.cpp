@@ -1,10 +1,7 @@
 #include "CModuleResourceScope.h"
 #include "CScriptTestEntry.h"
 #include "DialogTestSupport.h"
-#include "RunnerTestSupport.h"
 
-#include <QDir>
-#include <QFile>
 #include <QIcon>
 #include <QPixmap>
 

@@ -2,11 +2,8 @@
 #include "CEditCtr.h"
 #include "CEditFindDlg.h" // CEditCtr.h holds a QPointer to it
 #include "DialogTestSupport.h"
-#include "RunnerTestSupport.h"
 
 #include <QComboBox>
-#include <QDir>
-#include <QFile>
 
 namespace {
 
@@ -68,11 +65,10 @@ TEST_F(TestSimScriptTest, OpensOnTheFirstCaseWithTheGlobalsAndTheScript)
     EXPECT_EQ(Items(Dialog()), QStringList({"**测试所有**", "直径12.tx", "直径25.tx", "直径8.tx"}));
     EXPECT_EQ(Dialog().CurrentCaseName(), "直径12.tx");
     EXPECT_EQ(GridRows(Dialog()), StoredRows("直径12.tx"));
-    EXPECT_EQ(Control<QPlainTextEdit>(Dialog(), "1021").toPlainText(), "d = 12;");
-    QString script;
-    CAccessSysData_MacrosTable::GetMacroContent(kWeight, script);
-    EXPECT_EQ(Control<QPlainTextEdit>(Dialog(), "1020").toPlainText(), Globals(kWeight).section('|', -1));
-    EXPECT_EQ(Control<CEditCtr>(Dialog(), "1010").text(), script);
+    EXPECT_EQ((QStringList{Control<QPlainTextEdit>(Dialog(), "1021").toPlainText(),
+                           Control<QPlainTextEdit>(Dialog(), "1020").toPlainText(),
+                           Control<CEditCtr>(Dialog(), "1010").text()}),
+              (QStringList{"d = 12;", Globals(kWeight).section('|', -1), ScriptText(kWeight)}));
     EXPECT_TRUE(Ui().MessageTexts().isEmpty());
 }
 
@@ -96,9 +92,7 @@ TEST_F(TestSimScriptTest, NewCaseNamesEndInTxAndMustBeNew)
         }
     }
     // A new case is the separator alone: no text, no rows.
-    QString text;
-    EXPECT_TRUE(QxMfc::Fun::File2CString(CTestCaseStore::ScriptFolder(kWeight) + "abd.tx", text));
-    EXPECT_EQ(text, CTestCaseStore::kSeparator);
+    EXPECT_EQ(FileText(CTestCaseStore::ScriptFolder(kWeight) + "abd.tx"), CTestCaseStore::kSeparator);
     // Cancelling the name asks nothing and adds nothing.
     ModalScript cancel;
     cancel.Then("1018", Cancel());
@@ -134,8 +128,7 @@ TEST_F(TestSimScriptTest, RecordSaveRunAllThenAChangedExpectationFails)
     Click(Dialog(), "1008");
     EXPECT_EQ(Ui().MessageTexts(), QStringList{"测试出现失败！"});
     ASSERT_EQ(Ui().CallsOf("ShellOpen").size(), 1);
-    QString result;
-    ASSERT_TRUE(QxMfc::Fun::File2CString(Ui().CallsOf("ShellOpen").first().text, result));
+    const QString result = FileText(Ui().CallsOf("ShellOpen").first().text);
     EXPECT_TRUE(result.contains("检测测试(直径10.tx)发现错误:计算结果不一致!"));
     EXPECT_FALSE(result.contains("测试通过!"));
     EXPECT_EQ(result.count("计算结果一致!"), 4 + 3);
@@ -148,9 +141,7 @@ TEST_F(TestSimScriptTest, RunsUseTheTextsOnScreenWithoutSavingThem)
     ASSERT_TRUE(Dialog().SelectTestCase("**测试所有**"));
     Click(Dialog(), "1008");
     EXPECT_EQ(Ui().MessageTexts(), QStringList{"测试出现失败！"});
-    QString script;
-    CAccessSysData_MacrosTable::GetMacroContent(kWeight, script);
-    EXPECT_NE(script, "var W = 1;");
+    EXPECT_NE(ScriptText(kWeight), "var W = 1;");
 
     // A broken global parameter text fails a single run with the engine's words.
     Ui().Clear();
@@ -173,13 +164,8 @@ TEST_F(TestSimScriptTest, RunsUseTheTextsOnScreenWithoutSavingThem)
     EXPECT_EQ(Globals(kWeight), stored.left(stored.lastIndexOf('|')) + "|var = ;");
 }
 
-TEST_F(TestSimScriptTest, DeleteAsksUnlessAllTestsIsShown)
+TEST_F(TestSimScriptTest, DeleteAsksAndSaysWhenTheFileIsGone)
 {
-    ASSERT_TRUE(Dialog().SelectTestCase("**测试所有**"));
-    Click(Dialog(), "1007");
-    EXPECT_TRUE(Ui().MessageTexts().isEmpty());
-    EXPECT_EQ(Items(Dialog()).size(), 4);
-
     ASSERT_TRUE(Dialog().SelectTestCase("直径8.tx"));
     Ui().QueueAnswer(UIFunction::IDNO);
     Click(Dialog(), "1007");
@@ -201,9 +187,10 @@ TEST_F(TestSimScriptTest, DeleteAsksUnlessAllTestsIsShown)
 TEST_F(TestSimScriptTest, WithoutACaseTheCaseButtonsSaySo)
 {
     ASSERT_TRUE(Dialog().SelectTestCase("**测试所有**"));
-    for (const char* id : {"1025", "1017", "1014"})
+    for (const char* id : {"1025", "1017", "1014", "1007"}) // deleting asks nothing and deletes nothing
         Click(Dialog(), id);
     EXPECT_EQ(Ui().MessageTexts(), QStringList({"新增参数失败!", "删除参数失败!", "请先选中测试用例!"}));
+    EXPECT_EQ(Items(Dialog()).size(), 4);
     EXPECT_FALSE(Dialog().SelectTestCase("无此用例.tx"));
 
     // A case row is deleted under the grid's current row only.
@@ -228,11 +215,7 @@ TEST_F(TestSimScriptTest, WithoutACaseTheCaseButtonsSaySo)
 
 TEST_F(TestSimScriptTest, CoverageOfAllCasesOrTheCurrentOne)
 {
-    auto mainJs = [] {
-        QString text;
-        QxMfc::Fun::File2CString("C:\\testJSCover\\mainJs.js", text);
-        return text;
-    };
+    const auto mainJs = [] { return FileText("C:\\testJSCover\\mainJs.js"); };
     ASSERT_TRUE(Dialog().SelectTestCase("**测试所有**"));
     Click(Dialog(), "1023");
     EXPECT_TRUE(mainJs().contains("function setParm_2(){\r\nd = 8;\r\n}"));
