@@ -4,15 +4,6 @@
 
 using CliShardTest = CliFixture;
 
-namespace {
-
-QStringList Lines(const QString& text)
-{
-    return text.split('\n', Qt::SkipEmptyParts);
-}
-
-} // namespace
-
 // Four shards one after the other (two told by the CI variables): between
 // them every script once, the outcomes of one unsharded run, and a result
 // file and a JUnit file each whose suites carry the shard.
@@ -26,7 +17,7 @@ TEST_F(CliShardTest, FourShardsInSequenceGiveTheOutcomesOfOneRun)
     QStringList expected;
     for (const QString& line : ResultLines(whole))
         expected << WithoutStamp(line);
-    const int everyScript = int(Lines(Run({"--list"}).out).size());
+    const int everyScript = int(Run({"--list"}).out.split('\n', Qt::SkipEmptyParts).size());
     ASSERT_EQ(everyScript, Samples().size());
 
     QStringList outcomes;
@@ -35,7 +26,7 @@ TEST_F(CliShardTest, FourShardsInSequenceGiveTheOutcomesOfOneRun)
     for (int k = 1; k <= 4; ++k) {
         const QString shard = QStringLiteral("%1/4").arg(k), junit = HomeFile(QStringLiteral("junit-%1.xml").arg(k));
         SCOPED_TRACE(shard.toStdString());
-        const QStringList mine = Lines(Run({"--list", "--shard", shard}).out);
+        const QStringList mine = Run({"--list", "--shard", shard}).out.split('\n', Qt::SkipEmptyParts);
         QProcessEnvironment ci;
         ci.insert("CI_NODE_INDEX", QString::number(k));
         ci.insert("CI_NODE_TOTAL", "4");
@@ -75,7 +66,7 @@ TEST_F(CliShardTest, NamedScriptRunsInItsShardOnly)
         const Outcome run = Run({"--quiet", "--script", added, "--shard", shard});
         EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
         EXPECT_TRUE(run.err.isEmpty()) << run.err.toStdString();
-        const bool listed = Lines(Run({"--list", "--shard", shard}).out).contains(added);
+        const bool listed = Run({"--list", "--shard", shard}).out.split('\n').contains(added);
         EXPECT_EQ(Counts(run), listed ? std::make_pair(1, 0) : std::make_pair(0, 0)) << k;
         runs += Counts(run).first;
     }
