@@ -24,8 +24,9 @@ TEST_F(MacroDialogsTest, MacroDialogRefusesAnEmptyNameAndGivesTheTypeIndex)
         EXPECT_EQ(std::pair(dialog.result() == QDialog::Accepted, dialog.isVisible()), std::pair(row.accepted, !row.accepted))
             << row.name;
         EXPECT_EQ(Ui().MessageTexts(), row.accepted ? QStringList() : QStringList{"名城不能为空"});
-        if (row.accepted)
+        if (row.accepted) {
             EXPECT_EQ(dialog.m_nType, row.type);
+        }
     }
 }
 
