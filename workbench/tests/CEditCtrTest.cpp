@@ -92,8 +92,7 @@ TEST_F(CEditCtrTest, FindDialogIsNewEachTimeWithDirectionDown)
     QApplication::processEvents();
     ASSERT_TRUE(editor.FindDialog());
     EXPECT_NE(editor.FindDialog(), first.data());
-    EXPECT_TRUE(editor.FindDialog()->SearchDown());
-    EXPECT_TRUE(editor.FindDialog()->FindText().isEmpty());
+    EXPECT_TRUE(editor.FindDialog()->SearchDown() && editor.FindDialog()->FindText().isEmpty());
 }
 
 TEST_F(CEditCtrTest, GoToLineMovesCaretAndReports)
