@@ -30,8 +30,7 @@ protected:
         return rows;
     }
 
-    int m_rebarId = -1;
-    int m_bareId = -1;
+    int m_rebarId = -1, m_bareId = -1;
 };
 
 TEST_P(MacroListTest, OpensAStoredMacroWhole)
@@ -46,9 +45,8 @@ TEST_P(MacroListTest, OpensAStoredMacroWhole)
         dialog.findChild<QPushButton*>("1")->click();
         EXPECT_EQ(dialog.result(), QDialog::Accepted);
         const CMacro& stored = dialog.Service().Macros()[row];
-        EXPECT_EQ(opened.GetId(), stored.GetId());
-        EXPECT_EQ(opened.GetContent(), stored.GetContent());
-        EXPECT_EQ(opened.OutputParams().GetSize(), 1) << row;
+        EXPECT_EQ(std::tuple(opened.GetId(), opened.GetContent(), opened.OutputParams().GetSize()),
+                  std::tuple(stored.GetId(), stored.GetContent(), 1)) << row;
     }
     EXPECT_EQ(opened.InputParams().GetSize(), 2);
 }

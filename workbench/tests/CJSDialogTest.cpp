@@ -29,8 +29,7 @@ public:
         return runSucceeds;
     }
 
-    QString chosen;
-    QString gathered;
+    QString chosen, gathered;
     QStringList runs;
     bool runSucceeds = true;
 };
@@ -57,6 +56,11 @@ protected:
         return dialog.GetWindow()->findChild<T*>(QString::number(id));
     }
     void Click(int id) { Control<QPushButton>(id)->click(); }
+    // The dialog's data as "entries|script key|script text".
+    QString Shown()
+    {
+        return dialog.Data().entries.join(',') + '|' + dialog.Data().scriptPath + '|' + dialog.Data().scriptText;
+    }
 
     FakeWorkbench workbench;
     CJSDialog dialog;
@@ -67,16 +71,13 @@ TEST_F(JSDialogTest, ChosenRowFillsTheComboOnOpeningAndOnRefill)
     ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent("a\\b.js", "var b;"));
     workbench.chosen = "a\\b.js|c.js|d.txt";
     dialog.OnInitDialog();
-    EXPECT_EQ(dialog.Data().entries, QStringList({"a\\b.js", "a\\c.js"}));
-    EXPECT_EQ(dialog.Data().scriptPath, "a\\b.js");
-    EXPECT_EQ(dialog.Data().scriptText, "var b;");
+    EXPECT_EQ(Shown(), "a\\b.js,a\\c.js|a\\b.js|var b;");
 
     // A refill while the window is open lists the first piece's folders.
     dialog.Create(nullptr);
     workbench.chosen = "x\\y\\z.js|w.js";
     dialog.FillFromChosenRow();
-    EXPECT_EQ(dialog.Data().entries, QStringList({"x", "x\\y", "x\\z.js"}));
-    EXPECT_EQ(dialog.Data().scriptText, QString());
+    EXPECT_EQ(Shown(), "x,x\\y,x\\z.js|x\\y\\z.js|");
     EXPECT_EQ(Control<QComboBox>(1004)->count(), 3);
     EXPECT_EQ(Control<QLineEdit>(1000)->text(), "x\\y\\z.js");
 }
@@ -102,15 +103,12 @@ TEST_F(JSDialogTest, BrowsingReadsTheRightTableAndAFileWithoutJsKeepsThePath)
     ASSERT_TRUE(CAccessSysData_MacrosTable::SetMacroContent("通用脚本\\x.js", "v1"));
     Ui().QueueFileName("D:/DATA/BASE/通用脚本/x.js");
     dialog.OnBrowseScript();
-    EXPECT_EQ(dialog.Data().scriptPath, "通用脚本\\x.js");
-    EXPECT_EQ(dialog.Data().scriptText, "v2");
-    EXPECT_EQ(dialog.Data().entries, QStringList{"通用脚本\\x.js"});
+    EXPECT_EQ(Shown(), "通用脚本\\x.js|通用脚本\\x.js|v2");
 
     dialog.Data().scriptText = "edited, not saved";
     Ui().QueueFileName("D:\\DATA\\BASE\\readme.txt");
     dialog.OnBrowseScript();
-    EXPECT_EQ(dialog.Data().scriptPath, "通用脚本\\x.js");
-    EXPECT_EQ(dialog.Data().scriptText, "v2");
+    EXPECT_EQ(Shown(), "通用脚本\\x.js|通用脚本\\x.js|v2");
     EXPECT_EQ(Ui().CallsOf("OpenFileName").size(), 2);
 }
 

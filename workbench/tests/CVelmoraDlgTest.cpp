@@ -89,9 +89,7 @@ TEST_F(CVelmoraDlgTest, SaveSettingsAsksForNamesAfterNewAndWritesBothFiles)
         AnswerNextDialog([=](QDialog* dialog) {
             ASSERT_TRUE(dialog);
             EXPECT_EQ(dialog->objectName(), "132");
-            Type(dialog, 1007, settings);
-            Type(dialog, 1009, script);
-            dialog->accept();
+            FillAndAccept(dialog, {{1007, settings}, {1009, script}});
         });
     };
     answer("C:\\m.xml", "C:\\m.js");
@@ -115,7 +113,7 @@ TEST_F(CVelmoraDlgTest, SaveToDatabaseCancelledKeepsNoMacroAndAFailedOneSaysSo)
     AnswerNextDialog([](QDialog* dialog) { ASSERT_TRUE(dialog); dialog->reject(); });
     Window()->OnCommand(32787);
     EXPECT_EQ(Window()->CurrentMacro().GetId(), -1);
-    AnswerNextDialog([](QDialog* dialog) { Type(dialog, 1017, "it's"); dialog->accept(); });
+    AnswerNextDialog([](QDialog* dialog) { FillAndAccept(dialog, {{1017, "it's"}}); });
     Window()->OnCommand(32787);
     EXPECT_EQ(Ui().MessageTexts(), QStringList{"添加失败"});
     EXPECT_EQ(Window()->CurrentMacro().GetName(), "it's");

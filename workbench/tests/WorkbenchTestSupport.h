@@ -23,6 +23,14 @@ inline void Type(QWidget* dialog, int id, const QString& text)
         edit->setText(text);
 }
 
+// Types each text into the line edit of its id, then presses OK.
+inline void FillAndAccept(QDialog* dialog, std::initializer_list<std::pair<int, QString>> texts)
+{
+    for (const auto& [id, text] : texts)
+        Type(dialog, id, text);
+    dialog->accept();
+}
+
 // The workbench's parameter pane, a row as "name|value|description|type".
 inline QStringList ParamRows()
 {

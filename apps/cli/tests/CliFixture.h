@@ -2,6 +2,7 @@
 #include "CSampleScripts.h"
 #include "TestEnvironment.h"
 
+#include <QDomDocument>
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
@@ -19,11 +20,13 @@ protected:
         QString out, err;
     };
 
-    Outcome Run(QStringList args, const QProcessEnvironment& extra = {}); // adds --home unless args name one
+    // Adds --home unless args name one; a run that does not finish is a failure.
+    Outcome Run(QStringList args, const QProcessEnvironment& extra = {});
     void Seed(); // runs once so that the home is seeded with the samples; expects a pass
 
     static QString ResultPath(const Outcome& outcome); // from "result file: ..." on stdout
     static QStringList ResultLines(const Outcome& outcome); // without CR LF; empty when there is none
+    static QDomDocument JUnit(const QString& path); // a failure when it does not parse
     static QString WithoutStamp(const QString& line); // the text after "y.m.d h:m:s"
     static std::pair<int, int> Counts(const Outcome& outcome); // "N passed, M failed"; -1 each when missing
 

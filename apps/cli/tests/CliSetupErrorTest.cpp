@@ -11,7 +11,6 @@ protected:
     // Exit status 2, one line on stderr naming `what`, nothing on stdout.
     static void ExpectSetupError(const Outcome& run, const QString& what)
     {
-        ASSERT_TRUE(run.finished);
         EXPECT_EQ(run.exitCode, 2) << run.out.toStdString() << run.err.toStdString();
         EXPECT_TRUE(run.out.isEmpty()) << run.out.toStdString();
         EXPECT_EQ(run.err.count('\n'), 1) << run.err.toStdString();

@@ -1,18 +1,8 @@
 #include "CliFixture.h"
 
-#include <QDomDocument>
 #include <QSet>
 
 using CliShardTest = CliFixture;
-
-namespace {
-
-QStringList Lines(const QString& text)
-{
-    return text.split('\n', Qt::SkipEmptyParts);
-}
-
-} // namespace
 
 // Four shards one after the other (two told by the CI variables): between
 // them every script once, the outcomes of one unsharded run, and a result
@@ -27,7 +17,7 @@ TEST_F(CliShardTest, FourShardsInSequenceGiveTheOutcomesOfOneRun)
     QStringList expected;
     for (const QString& line : ResultLines(whole))
         expected << WithoutStamp(line);
-    const int everyScript = int(Lines(Run({"--list"}).out).size());
+    const int everyScript = int(Run({"--list"}).out.split('\n', Qt::SkipEmptyParts).size());
     ASSERT_EQ(everyScript, Samples().size());
 
     QStringList outcomes;
@@ -36,12 +26,11 @@ TEST_F(CliShardTest, FourShardsInSequenceGiveTheOutcomesOfOneRun)
     for (int k = 1; k <= 4; ++k) {
         const QString shard = QStringLiteral("%1/4").arg(k), junit = HomeFile(QStringLiteral("junit-%1.xml").arg(k));
         SCOPED_TRACE(shard.toStdString());
-        const QStringList mine = Lines(Run({"--list", "--shard", shard}).out);
+        const QStringList mine = Run({"--list", "--shard", shard}).out.split('\n', Qt::SkipEmptyParts);
         QProcessEnvironment ci;
         ci.insert("CI_NODE_INDEX", QString::number(k));
         ci.insert("CI_NODE_TOTAL", "4");
         const Outcome run = k % 2 ? Run({"--quiet", "--junit", junit}, ci) : Run({"--quiet", "--shard", shard, "--junit", junit});
-        ASSERT_TRUE(run.finished);
         EXPECT_EQ(run.exitCode, mine.contains(failing) ? 1 : 0) << run.err.toStdString();
         EXPECT_TRUE(run.out.contains(QStringLiteral("velmora-test: shard %1: %2 of %3 scripts").arg(shard).arg(mine.size()).arg(everyScript)))
             << run.out.toStdString();
@@ -49,10 +38,9 @@ TEST_F(CliShardTest, FourShardsInSequenceGiveTheOutcomesOfOneRun)
             outcomes << WithoutStamp(line);
         resultFiles.insert(ResultPath(run));
 
-        QDomDocument doc;
-        ASSERT_TRUE(doc.setContent(ReadBytes(junit)));
-        tests += doc.documentElement().attribute("tests").toInt();
-        const QDomNodeList suites = doc.elementsByTagName("testsuite");
+        const QDomElement root = JUnit(junit).documentElement();
+        tests += root.attribute("tests").toInt();
+        const QDomNodeList suites = root.elementsByTagName("testsuite");
         ASSERT_EQ(suites.size(), mine.size());
         for (int i = 0; i < suites.size(); ++i)
             EXPECT_EQ(suites.at(i).toElement().attribute("name"), mine.at(i) + " (shard " + shard + ")");
@@ -78,7 +66,7 @@ TEST_F(CliShardTest, NamedScriptRunsInItsShardOnly)
         const Outcome run = Run({"--quiet", "--script", added, "--shard", shard});
         EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
         EXPECT_TRUE(run.err.isEmpty()) << run.err.toStdString();
-        const bool listed = Lines(Run({"--list", "--shard", shard}).out).contains(added);
+        const bool listed = Run({"--list", "--shard", shard}).out.split('\n').contains(added);
         EXPECT_EQ(Counts(run), listed ? std::make_pair(1, 0) : std::make_pair(0, 0)) << k;
         runs += Counts(run).first;
     }

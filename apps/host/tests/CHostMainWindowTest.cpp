@@ -10,14 +10,9 @@
 
 #include <dlfcn.h>
 
-class CHostMainWindowTest : public TempHomeTest
-{
-protected:
-    QAction* Action(CHostMainWindow& window, const char* id)
-    {
-        return window.findChild<QAction*>(QString::fromLatin1(id));
-    }
-};
+using CHostMainWindowTest = TempHomeTest;
+
+static QAction* Action(CHostMainWindow& window, const char* id) { return window.findChild<QAction*>(id); }
 
 TEST_F(CHostMainWindowTest, MissingEntryPointsAreReportedAndTheirMenuEntriesOff)
 {
@@ -26,8 +21,8 @@ TEST_F(CHostMainWindowTest, MissingEntryPointsAreReportedAndTheirMenuEntriesOff)
     CHostMainWindow window(library);
     window.ReportLibrary();
     EXPECT_EQ(Ui().MessageTexts(), QStringList{library.Error()});
-    EXPECT_FALSE(Action(window, "actionScriptTest")->isEnabled());
-    ASSERT_TRUE(Action(window, "actionWorkbench")->isEnabled());
+    ASSERT_EQ(std::pair(Action(window, "actionScriptTest")->isEnabled(), Action(window, "actionWorkbench")->isEnabled()),
+              std::pair(false, true));
 
     auto calls = reinterpret_cast<int (*)()>(
         dlsym(dlopen(VELMORA_FAKE_PARTIAL, RTLD_NOW | RTLD_NOLOAD), "FakeDomodleCalls"));
@@ -46,8 +41,7 @@ TEST_F(CHostMainWindowTest, ComputeFillsTheTableOnAWorkerThread)
     CHostMainWindow window(library);
     QSignalSpy finished(&window, &CHostMainWindow::computeFinished);
     Action(window, "actionCompute")->trigger();
-    EXPECT_TRUE(window.IsComputing());
-    EXPECT_FALSE(Action(window, "actionCompute")->isEnabled());
+    EXPECT_EQ(std::pair(window.IsComputing(), Action(window, "actionCompute")->isEnabled()), std::pair(true, false));
     ASSERT_TRUE(finished.wait(60000));
     EXPECT_TRUE(Action(window, "actionCompute")->isEnabled());
     EXPECT_TRUE(Ui().MessageTexts().isEmpty()) << Ui().MessageTexts().join('\n').toStdString();

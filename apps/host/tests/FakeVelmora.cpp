@@ -16,12 +16,7 @@ const void* g_lastDomodle = nullptr;
 int g_domodleCalls = 0;
 } // namespace
 
-CCeateDialog* CCeateDialog::Instance()
-{
-    if (!g_instance)
-        g_instance = new CCeateDialog;
-    return g_instance;
-}
+CCeateDialog* CCeateDialog::Instance() { return g_instance ? g_instance : (g_instance = new CCeateDialog); }
 
 void CCeateDialog::Domodle()
 {
@@ -41,19 +36,9 @@ class FAKE_EXPORT CVelmoraExport
 public:
     static int DoJaveScriptTest();
 };
-
-int CVelmoraExport::DoJaveScriptTest()
-{
-    return 42;
-}
+int CVelmoraExport::DoJaveScriptTest() { return 42; }
 #endif
 
 // What the tests read back.
-extern "C" FAKE_EXPORT int FakeDomodleCalls()
-{
-    return g_domodleCalls;
-}
-extern "C" FAKE_EXPORT bool FakeDomodleOnInstance()
-{
-    return g_instance && g_lastDomodle == g_instance;
-}
+extern "C" FAKE_EXPORT int FakeDomodleCalls() { return g_domodleCalls; }
+extern "C" FAKE_EXPORT bool FakeDomodleOnInstance() { return g_instance && g_lastDomodle == g_instance; }
