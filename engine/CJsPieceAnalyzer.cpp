@@ -1,5 +1,6 @@
 #include "CJsPieceAnalyzer.h"
 
+#include "CJsDeclarationScanner.h"
 #include "CJsLazyLibrary.h"
 #include "CJsPieceText.h"
 #include "CJsRuntime.h"
@@ -189,26 +190,41 @@ std::shared_ptr<const CJsLazyLibrary> CJsPieceAnalyzer::LibraryOf(const Info& in
     if (!info.outlined)
     {
         info.outlined = true;
-        if (!Parse(info.text, info.outline, true))
-            info.outline.clear();
+        Outline(info);
     }
     info.library.reset();
     info.libraryLine = line;
+    if (info.declarations.empty())
+        return nullptr;
     std::vector<CJsLazyLibrary::Function> functions;
-    for (const QString& row : info.outline.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-    {
-        const QStringList f = row.split(QLatin1Char(','));
-        if (f.size() != 5)
-            return nullptr;
-        const qsizetype from = f[1].toLongLong(), to = f[2].toLongLong();
-        const QString text = info.text.mid(from, to - from);
-        // A declaration cut wrong is never run on its own.
-        if (from < 0 || to > info.text.size() || !text.endsWith(QLatin1Char('}')))
-            return nullptr;
-        functions.push_back({f[0], text, line + f[3].toInt() - 1, f[4].toInt()});
-    }
+    for (const CJsSplitPlan::Declaration& d : info.declarations)
+        functions.push_back({d.name, d.text, line + d.line - 1, d.column});
     info.library = CJsLazyLibrary::Create(m_runtime.Context(), std::move(functions), file);
     return info.library;
+}
+
+// The scanner's cut, confirmed by the engine's parser on the skeleton: the
+// same function declarations ending at the same places, and nothing else.
+void CJsPieceAnalyzer::Outline(const Info& info)
+{
+    std::vector<CJsDeclarationScanner::Declaration> cut;
+    QString outline;
+    if (!CJsDeclarationScanner::Scan(info.text, cut)
+        || !Parse(CJsDeclarationScanner::Skeleton(info.text, cut), outline, true))
+        return;
+    const QStringList rows = outline.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    if (rows.size() != static_cast<qsizetype>(cut.size()))
+        return;
+    std::vector<CJsSplitPlan::Declaration> declarations;
+    for (std::size_t i = 0; i < cut.size(); ++i)
+    {
+        const QStringList f = rows[static_cast<qsizetype>(i)].split(QLatin1Char(','));
+        if (f.size() != 5 || f[0] != cut[i].name || f[1].toLongLong() != cut[i].from || f[2].toLongLong() != cut[i].to)
+            return;
+        declarations.push_back({cut[i].name, info.text.mid(cut[i].from, cut[i].to - cut[i].from), f[3].toInt(),
+                                f[4].toInt()});
+    }
+    info.declarations = std::move(declarations);
 }
 
 std::shared_ptr<const CJsPieceAnalyzer::Info> CJsPieceAnalyzer::InfoFor(const QString& text, bool declarations)

@@ -21,6 +21,13 @@ class CJsRuntime;
 // may mention (in the whole they exist from the start).
 struct CJsSplitPlan
 {
+    // A function declaration of a piece: its text with what stands in front
+    // of it, and the line and column that text starts at in the piece.
+    struct Declaration
+    {
+        QString name, text;
+        int line = 1, column = 0;
+    };
     struct Piece
     {
         QString text;
@@ -80,7 +87,7 @@ private:
         QStringList vars, functions, lexicals;
         // The piece as a library, made when first asked for at this line.
         mutable bool outlined = false;
-        mutable QString outline;
+        mutable std::vector<CJsSplitPlan::Declaration> declarations;
         mutable std::shared_ptr<const CJsLazyLibrary> library;
         mutable int libraryLine = 0;
     };
@@ -92,6 +99,7 @@ private:
     void ChooseLibrary(const std::vector<std::shared_ptr<const Info>>& infos, CJsSplitPlan& plan,
                        const std::string& file);
     std::shared_ptr<const CJsLazyLibrary> LibraryOf(const Info& info, int line, const std::string& file);
+    void Outline(const Info& info);
     bool MakeWalkers();
     bool Parse(const QString& text, QString& result, bool outline = false);
 

@@ -23,7 +23,9 @@ QString Library(const QString& extra = QString())
                       u"async function later() { return 5; }"_s,
                       u"function callee() { return arguments.callee.name; }"_s,
                       u"function selfName() { selfName = 3; return typeof selfName; };"_s,
-                      u"function 长度(s) { return s.length; }"_s};
+                      u"function 长度(s) { return s.length; }"_s,
+                      // braces and quotes in strings, templates and regular expressions
+                      u"function tricky(s) { var re = /[}{'\"/]/g, t = `${s}{${'}'}`; return s.replace(re, '') + t.length / 2 + '}'; }"_s};
     for (int i = 0; i < 30; ++i)
         lines << u"function pad%1(v) { return v + %1; }"_s.arg(i);
     return lines.join(u"\r\n"_s) + extra;
@@ -61,7 +63,7 @@ TEST_F(LazyLibraryTest, CasesComeOutAsTheirJoinedText)
 {
     const QString lib = Library();
     const struct { QString script; QStringList probes; Way way; } cases[] = {
-        {u"var r = twice(3) + 长度('钢筋') + pad7(1);"_s, {u"r"_s}, Way::OnDemand},
+        {u"var r = twice(3) + 长度('钢筋') + pad7(1) + tricky('a{b}');"_s, {u"r"_s}, Way::OnDemand},
         // A case that throws runs again whole: its error is the whole's.
         {u"var r = fails(1);\r\nvar s = fails(5);"_s, {u"r"_s, u"typeof s"_s}, Way::Whole},
         {u"var s = second();"_s, {u"s"_s}, Way::OnDemand},
