@@ -73,6 +73,28 @@ const Converter& ConverterFor(const QByteArray& to, const QByteArray& from)
     return *slot;
 }
 
+// Code pages whose bytes below 0x80 are ASCII, so that a text of those bytes
+// only needs no converter (Shift_JIS, for one, is not among them: 0x5C is ¥).
+bool KeepsAscii(const QByteArray& codePage)
+{
+    static const QList<QByteArray> kPages = {"GBK", "GB2312", "GB18030", "CP936", "UTF-8", "BIG5", "CP950"};
+    for (const QByteArray& page : kPages)
+    {
+        if (codePage.compare(page, Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
+
+bool IsAscii(const QByteArray& bytes)
+{
+    for (const char c : bytes)
+    {
+        if (static_cast<unsigned char>(c) >= 0x80)
+            return false;
+    }
+    return true;
+}
 } // namespace
 
 QString CodePage::ToUnicode(const QByteArray& bytes)
@@ -89,6 +111,9 @@ QString CodePage::ToUnicode(const QByteArray& bytes, const QByteArray& codePage)
 {
     if (bytes.isEmpty())
         return {};
+    // Libraries and case files are mostly ASCII: no converter needed then.
+    if (KeepsAscii(codePage) && IsAscii(bytes))
+        return QString::fromLatin1(bytes);
     const Converter& conv = ConverterFor("UTF-16LE", codePage);
     if (!conv.Valid())
         return QString::fromLatin1(bytes);

@@ -19,4 +19,6 @@ TEST(CodePageTest, GbkRoundTripsWhatCannotBeConvertedBecomesQuestionMarksAndUnkn
     for (const auto& c : fromGbk)
         EXPECT_EQ(CodePage::ToUnicode(c.gbk, "GBK"), c.text) << c.gbk.toHex().toStdString();
     EXPECT_EQ(CodePage::ToUnicode(QByteArray("abc\xE9"), "NO-SUCH-CODEPAGE"), u"abc\u00E9"_s);
+    // Not every code page keeps ASCII as it is.
+    EXPECT_EQ(CodePage::ToUnicode(QByteArray("a\\b"), "SHIFT_JIS"), u"a\u00A5b"_s);
 }
