@@ -2,11 +2,10 @@
 
 #include "CJsGlobalClass.h"
 
-#include <js/String.h>
-
 #include <js/CompilationAndEvaluation.h>
 #include <js/CompileOptions.h>
 #include <js/SourceText.h>
+#include <js/String.h>
 #include <jsapi.h>
 
 // GCC 12 mistakes the engine's stack-root registration for a dangling pointer.
