@@ -7,9 +7,8 @@
 
 namespace {
 
-// Start ('S', with its label), stop ('T') or clear all ('C'), then move the tick counter on by `advance` ms.
+// Start ('S', with its label) or stop ('T'), then move the tick counter on by `advance` ms.
 struct Step { char op; quint32 id; const char* label; quint32 advance; };
-constexpr quint32 kAbsent = 0xDEADBEEF;
 
 } // namespace
 
@@ -26,8 +25,7 @@ protected:
     void Run(const std::vector<Step>& steps)
     {
         for (const Step& s : steps) {
-            s.op == 'S' ? QXCommon::StartClock(s.id, QString::fromUtf8(s.label))
-                        : s.op == 'T' ? QXCommon::StopClock(s.id) : QXCommon::ClearClocks();
+            s.op == 'S' ? QXCommon::StartClock(s.id, QString::fromUtf8(s.label)) : QXCommon::StopClock(s.id);
             m_now += s.advance;
         }
     }
@@ -35,29 +33,6 @@ protected:
 
     quint32 m_now = 1000;
 };
-
-TEST_F(CClockTableTest, ScenariosGiveSumLabelAndCount)
-{
-    const struct { quint32 start; std::vector<Step> steps; quint32 id, sum; const char* label; int count; } cases[] = {
-        {1000, {{'S', 1, "a", 10}, {'T', 1, "", 10}, {'T', 1, "", 0}}, 1, 30, "a", 1}, // a second stop adds since the start
-        // A stopped clock gains nothing; a restart keeps the sum and, with an empty label, the label.
-        {1000, {{'S', 2, "old", 3}, {'T', 2, "", 50}, {'S', 2, "", 4}, {'T', 2, "", 0}}, 2, 7, "old", 1},
-        {1000, {{'S', 2, "old", 3}, {'T', 2, "", 0}, {'S', 2, "新", 0}}, 2, 3, "新", 1},  // a new label replaces the old
-        {0xFFFFFFF0u, {{'S', 3, "wrap", 0x20}, {'T', 3, "", 0}}, 3, 0x20, "wrap", 1},      // the tick counter wraps
-        {1000, {{'T', 99, "", 0}}, 99, kAbsent, "", 0},                                     // an unknown id makes nothing
-        {1000, {{'S', 1, "a", 0}, {'S', 2, "b", 0}, {'C', 0, "", 5}, {'T', 1, "", 0}}, 1, kAbsent, "", 0}, // clear forgets
-        {1000, {{'S', 1, "a", 5}, {'T', 1, "", 0}, {'C', 0, "", 0}, {'S', 1, "", 0}}, 1, 0, "", 1}}; // and starts afresh
-    for (const auto& c : cases) {
-        SCOPED_TRACE(&c - cases);
-        CClockTable::Instance().Clear();
-        m_now = c.start;
-        Run(c.steps);
-        const auto* clock = CClockTable::Instance().Find(c.id);
-        EXPECT_EQ(std::pair(clock ? clock->sum : kAbsent, clock ? clock->label : QString()),
-                  std::pair(c.sum, QString::fromUtf8(c.label)));
-        EXPECT_EQ(CClockTable::Instance().Count(), c.count);
-    }
-}
 
 TEST_F(CClockTableTest, DumpClockAppendsItsLineAndDumpClocksEveryLineInIdOrderWithSignedNumbers)
 {

@@ -16,17 +16,6 @@ protected:
     static QString DriveC(const QString& name) { return HostContext::Instance().DriveRoot(u'C') + u'/' + name; }
 };
 
-TEST(CDiagnosticLogStampTest, StampsHaveTheExactForm)
-{
-    const struct { QDateTime time; const char* stamp; } cases[] = {
-        {QDateTime(QDate(2024, 3, 5), QTime(9, 7)), "2024.3.05  09:07\r\n"},
-        {QDateTime(QDate(2024, 12, 31), QTime(23, 59, 59)), "2024.12.31  23:59\r\n"}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(CDiagnosticLog::TimeStamp(c.time), QString::fromLatin1(c.stamp));
-        EXPECT_EQ(CDiagnosticLog::AnalyseHeader(c.time), u"\r\n\t\tTime\uFF1A"_s + QString::fromLatin1(c.stamp));
-    }
-}
-
 TEST_F(CDiagnosticLogTest, AnalyseAndTimeLogsAppendAStampedMessageOrSkipAMissingFolderSilently)
 {
     QDateTime now;

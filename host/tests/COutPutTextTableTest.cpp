@@ -3,7 +3,6 @@
 #include "HostContext.h"
 #include "TestEnvironment.h"
 
-using namespace Qt::StringLiterals;
 using COutPutTextTableTest = TempHomeTest;
 
 namespace {
@@ -19,17 +18,6 @@ COutPutTextTable Table(std::initializer_list<const char*> titles, std::initializ
 }
 
 } // namespace
-
-TEST(COutPutTextTableWidthTest, WideCharactersCountTwo)
-{
-    const struct { QString text; int width; } cases[] = {
-        // Full-width punctuation and Latin, Hangul and CJK extension B (a surrogate pair) are wide;
-        // half-width katakana stays narrow.
-        {QString(), 0}, {u"abc"_s, 3}, {u"a钢b"_s, 4}, {u"，。！"_s, 6}, {u"ＡＢ"_s, 4}, {u"한글"_s, 4}, {u"é"_s, 1},
-        {u"ｶﾀ"_s, 2}, {u"\U00020000"_s, 2}};
-    for (const auto& c : cases)
-        EXPECT_EQ(COutPutTextTable::DisplayWidth(c.text), c.width) << c.text.toStdString();
-}
 
 TEST(COutPutTextTableLayoutTest, LayoutTable)
 {

@@ -21,8 +21,6 @@ TEST(NDbDataSetSqlTest, FormsTheSelectFromItsDeclaration)
     set.SetWhere(u"AND TYPE=0"_s, 0);
     ASSERT_TRUE(set.ParseSQL());
     EXPECT_EQ(set.GetSQL(), u"select id, name from SC_MACRO_DEFINE where ID =3 AND TYPE=0"_s);
-    set.SetWhere(u"where ID =4"_s, 1);
-    EXPECT_EQ(set.GetWhere(), u"where ID =4"_s);
 }
 
 class DbDataSetTest : public DbBackendTest

@@ -7,12 +7,6 @@ const QByteArray kGoodBody = R"({"key_ch": "梁\\a.js", "key_en": "A", "descript
   "globalParm": "var x = 1 ////x", "script": "var y = x;",
   "cases": [{"name": "c1", "script": "x = 2;", "expect": [["y", "2", "why"], ["z", "3", ""]]}]})";
 
-// One script "A" whose body is the good one with `from` replaced by `to`.
-QByteArray OneScript(const char* from, const char* to)
-{
-    return "{\"A\": " + QByteArray(kGoodBody).replace(from, to) + "}";
-}
-
 } // namespace
 
 TEST(CSampleScriptsTest, ReadsEveryFieldInFileOrderWithCrLfFunctions)
@@ -29,25 +23,6 @@ TEST(CSampleScriptsTest, ReadsEveryFieldInFileOrderWithCrLfFunctions)
     ASSERT_EQ(s.cases.size(), 1);
     EXPECT_EQ(s.cases[0].name + "|" + s.cases[0].script, "c1|x = 2;");
     EXPECT_EQ(ExpectedTexts(s.cases[0].expected), QStringList({"y|2|why", "z|3|"}));
-}
-
-TEST(CSampleScriptsTest, DamagedSamplesAreRefused)
-{
-    const struct { const char* what; QByteArray json; } cases[] = {
-        {"not JSON", "{\"A\": "},
-        {"an array", "[1, 2]"},
-        {"no key", OneScript("\"key_ch\"", "\"other\"")},
-        {"no script text", OneScript("\"script\": \"var y = x;\"", "\"script\": \"\"")},
-        {"case without name", OneScript("\"name\": \"c1\"", "\"name\": \"\"")},
-        {"short expected row", OneScript("[\"y\", \"2\", \"why\"]", "[\"y\", \"2\"]")},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        CSampleScripts samples;
-        EXPECT_FALSE(samples.Load(c.json, "f"));
-        EXPECT_FALSE(samples.Error().isEmpty());
-        EXPECT_TRUE(samples.Scripts().isEmpty());
-    }
 }
 
 TEST(CSampleScriptsTest, V2KeysAreTheGeneralAndGraphicFolders)

@@ -28,8 +28,7 @@ QStringList Dump(const CScriptTestReport& report)
 Collected RunWith(int jobs, const QList<CParallelTestRunner::Script>& scripts)
 {
     Collected collected;
-    CParallelTestRunner(jobs).Run(scripts, [&](int index, const CScriptTestReport& report, double seconds) {
-        EXPECT_GE(seconds, 0.0);
+    CParallelTestRunner(jobs).Run(scripts, [&](int index, const CScriptTestReport& report, double) {
         collected.order << index;
         collected.reports << report;
     });

@@ -16,8 +16,6 @@ TEST_F(CliRunTest, FirstRunSeedsTheHomeAndEverySamplePasses)
     const int cases = SampleCaseCount();
     ASSERT_GT(cases, 16);
     EXPECT_EQ(Counts(run), std::make_pair(cases, 0));
-    EXPECT_TRUE(run.err.contains("seeded "));
-    EXPECT_TRUE(run.err.contains("开始测试脚本:")); // the progress bar
     EXPECT_FALSE(run.err.contains("测试出现失败！"));
     EXPECT_TRUE(ResultPath(run).startsWith(Home() + "/drives/c/测试脚本结果")) << ResultPath(run).toStdString();
     EXPECT_EQ(ResultLines(run).filter("发现错误:测试通过! ").size(), cases); // the lines' form is the service's
@@ -42,7 +40,6 @@ TEST_F(CliRunTest, FaultsFailTheRunAndEachIsReported)
     EXPECT_EQ(Counts(run), std::make_pair(passed, 4));
     EXPECT_TRUE(run.err.contains("测试出现失败！"));
     EXPECT_TRUE(run.out.contains("FAILED " + sample + " / 直径25.tx: 计算结果不一致!"));
-    EXPECT_TRUE(run.out.contains("junit file: " + junit));
     EXPECT_EQ(ResultLines(run).filter("测试通过!").size(), passed);
 
     // The JUnit file parses back: one test per case, script-level ones included.
@@ -62,7 +59,6 @@ TEST_F(CliRunTest, CoverageIsTheSameFromOneJobAndFromAllCores)
         const QString dir = HomeFile("coverage" + jobs);
         const Outcome run = Run({"--quiet", "--jobs", jobs, "--coverage", dir});
         EXPECT_EQ(run.exitCode, 0) << run.out.toStdString() << run.err.toStdString();
-        EXPECT_TRUE(run.out.contains("coverage report: " + dir + "/html/index.html")) << run.out.toStdString();
         EXPECT_TRUE(QFile::exists(dir + "/html/index.html"));
         const QString lcov = QString::fromUtf8(ReadBytes(dir + "/lcov.info")).replace(dir, "DIR");
         EXPECT_EQ(lcov.count("end_of_record"), Samples().size() + 1);

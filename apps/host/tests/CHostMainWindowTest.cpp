@@ -55,7 +55,6 @@ TEST_F(CHostMainWindowTest, ComputeFillsTheTableOnAWorkerThread)
         EXPECT_TRUE(table->item(row, 5)->text().isEmpty()) << table->item(row, 5)->text().toStdString();
         sum += table->item(row, 4)->text().toDouble();
     }
-    EXPECT_EQ(table->item(last, 0)->text(), "合计");
     EXPECT_NEAR(table->item(last, 4)->text().toDouble(), sum, 0.01 * last);
     EXPECT_TRUE(window.findChild<QLabel*>("summary")
                     ->text()

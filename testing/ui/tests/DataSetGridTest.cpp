@@ -15,8 +15,6 @@ TEST(DataSetGridTest, ReadsAndWritesTheDataSetItselfAtAnySize)
     grid.SetEditable(true);
     QAbstractItemModel& model = *grid.model();
     EXPECT_EQ(model.rowCount(), 100000);
-    EXPECT_EQ((QList<int>{grid.columnWidth(0), grid.columnWidth(1)}), (QList<int>{120, 90}));
-    EXPECT_EQ(model.headerData(1, Qt::Horizontal).toString(), "参数名称");
     EXPECT_EQ(model.index(99999, 1).data().toString(), "100000");
 
     // A change behind the grid's back shows at once: the model holds no copy.

@@ -43,7 +43,6 @@ TEST_F(JaveListTest, ListsEveryScriptAndChoosingNeedsAValidCurrentRow)
     for (int row = 0; row < grid.model()->rowCount(); ++row)
         shown << grid.model()->index(row, 0).data().toString();
     EXPECT_EQ(shown, names);
-    EXPECT_EQ(grid.model()->columnCount(), 1);
     for (int row : {-1, int(names.size())}) {
         grid.SetCurrentRow(row);
         Click(dialog, "1");

@@ -1,9 +1,5 @@
-#include "CModuleResourceScope.h"
 #include "CScriptTestEntry.h"
 #include "DialogTestSupport.h"
-
-#include <QIcon>
-#include <QPixmap>
 
 namespace {
 
@@ -76,19 +72,6 @@ TEST_F(ScriptTestEntryTest, EveryWayOutOfTheDialogs)
     EXPECT_EQ(Globals(kUntested), "function f(){}|var p = 1;");
 }
 
-TEST_F(ScriptTestEntryTest, CasesWithoutGlobalFunctionsCountAsNoneAndYesOverwritesBoth)
-{
-    const QString script = ScriptNames().first();
-    ASSERT_FALSE(Globals(script).section('|', -1).isEmpty());
-    ASSERT_TRUE(QFile::remove(NativePath::Map(CTestCaseStore::ScriptFolder(script) + "GlobalFun.txt")));
-    Ui().QueueAnswer(UIFunction::IDYES);
-    ModalScript steps;
-    steps.Then("1016", Choose(script)).Then("1018", Type("// 新")).Then("1018", Type("var x = 1;")).Then("1017", Press("1"));
-    EXPECT_EQ(CScriptTestEntry::Run(), 1);
-    EXPECT_EQ(Ui().MessageTexts(), QStringList{kQuestion});
-    EXPECT_EQ(Globals(script), "// 新|var x = 1;");
-}
-
 TEST_F(ScriptTestEntryTest, AScriptWithCasesOpensItsDialogAndRunAllNeverAsks)
 {
     ModalScript open;
@@ -103,24 +86,4 @@ TEST_F(ScriptTestEntryTest, AScriptWithCasesOpensItsDialogAndRunAllNeverAsks)
     EXPECT_EQ(CScriptTestEntry::Run(), 1);
     EXPECT_EQ(Ui().MessageTexts(), QStringList{"测试出现失败！"});
     EXPECT_EQ(Ui().CallsOf("ShellOpen").size(), 1);
-}
-
-TEST(ModuleResourceScopeTest, ResourcesLastAsLongAsTheOutermostScope)
-{
-    QPixmap hostPixmap(8, 8);
-    hostPixmap.fill(Qt::red);
-    const QIcon host(hostPixmap);
-    QApplication::setWindowIcon(host);
-    {
-        CModuleResourceScope outer;
-        {
-            CModuleResourceScope inner;
-            EXPECT_EQ(CModuleResourceScope::Depth(), 2);
-        }
-        EXPECT_TRUE(QFile::exists(QString::fromLatin1(CModuleResourceScope::kWindowIcon)));
-        EXPECT_FALSE(QApplication::windowIcon().pixmap(32).isNull());
-        EXPECT_NE(QApplication::windowIcon().cacheKey(), host.cacheKey());
-    }
-    EXPECT_EQ(CModuleResourceScope::Depth(), 0);
-    EXPECT_EQ(QApplication::windowIcon().cacheKey(), host.cacheKey());
 }
