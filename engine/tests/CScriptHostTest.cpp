@@ -1,6 +1,9 @@
 #include "CScriptHost.h"
+#include "CodePage.h"
 #include "EngineTestSupport.h"
+#include "NativePath.h"
 
+#include <QDir>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -70,6 +73,35 @@ TEST_F(ScriptHostTest, ProcedureListHoldsTheLoadedGlobalFunctions)
     m_host.ResetScript();
     EXPECT_EQ(m_host.GetProcedureCount(), 0);
     EXPECT_EQ(m_host.FindProcedure(u"foo"_s), nullptr);
+    ASSERT_TRUE(m_host.AddScript(u"var a = 1; function f() {}"_s));
+    EXPECT_EQ(m_host.GetLanguage(), u"JScript"_s);
+    m_host.SetLanguage(u"JavaScript"_s);
+    EXPECT_EQ(QString::number(m_host.GetProcedureCount()) + Eval(u"typeof a"_s), u"0undefined"_s);
+}
+
+TEST_F(ScriptHostTest, FailingAddKeepsWhatRanBeforeTheError)
+{
+    EXPECT_FALSE(m_host.AddScript(u"function kept() { return 7; }\r\nvar a = 1;\r\nboom();\r\nvar b = 2;"_s));
+    EXPECT_EQ(QString::number(m_host.GetProcedureCount()) + Eval(u"'|' + a + '|' + b"_s), u"1|1|undefined"_s);
+    EXPECT_EQ(m_host.GetErrorText(), u"Error: boom is not defined, boom();; in line 3"_s);
+}
+
+TEST_F(ScriptHostTest, RunProcedureCallsListedProceduresOnly)
+{
+    ASSERT_TRUE(m_host.AddScript(u"function kinds(a, b, c) { return typeof a + typeof b + typeof c + a + c; }\r\n"
+                                 "function nothing() {}\r\nfunction bad() {\r\n  throw new Error('坏');\r\n}"_s));
+    ASSERT_TRUE(m_host.ExecuteStatement(u"function unlisted() { return 1; }"_s));
+    QVariant result;
+    ASSERT_TRUE(m_host.RunProcedure(u"kinds"_s, {1.5, QVariant(), u"钢"_s}, result));
+    EXPECT_EQ(result.toString(), u"numberundefinedstring1.5钢"_s);
+    ASSERT_TRUE(m_host.RunProcedure(u"nothing"_s, {}, result));
+    EXPECT_FALSE(result.isValid());
+    result = u"kept"_s;
+    EXPECT_FALSE(m_host.RunProcedure(u"missing"_s, {}, result));
+    EXPECT_FALSE(m_host.RunProcedure(u"unlisted"_s, {}, result));
+    EXPECT_EQ(result.toString(), u"kept"_s);
+    EXPECT_FALSE(m_host.RunProcedure(u"bad"_s, {}, result));
+    EXPECT_EQ(m_host.GetErrorText(), u"Error: 坏,   throw new Error('坏');; in line 4"_s);
 }
 
 TEST_F(ScriptHostTest, ScriptsSeeStandardJavaScriptOnly)
@@ -93,13 +125,43 @@ TEST_F(ScriptHostTest, PromiseJobsRunAtTheEndOfEachRunAndRejectionsAreNoFailure)
     EXPECT_EQ(m_host.GetErrorText(), u"Error: , ; in line 0"_s);
 }
 
+TEST_F(ScriptHostTest, LoadScriptFileReadsCodePageTextUpToAZeroByteAndFailsSilently)
+{
+    const QString text = u"var s = '钢筋';\r\nfunction 长度() { return s.length; }"_s;
+    ASSERT_TRUE(QDir().mkpath(NativePath::Map(u"C:\\lib"_s)));
+    ASSERT_TRUE(WriteBytes(NativePath::Map(u"C:\\lib\\a.js"_s),
+                           CodePage::FromUnicode(text, QByteArrayLiteral("GBK")) + QByteArray("\0 not ( code", 12)));
+    ASSERT_TRUE(m_host.LoadScriptFile(u"C:\\lib\\a.js"_s));
+    EXPECT_EQ(Eval(u"s"_s) + m_host.GetProcedureName(0) + m_host.GetProcedureName(1), u"钢筋长度"_s);
+    // UTF-8 bytes are read as code-page characters, never as UTF-8.
+    ASSERT_TRUE(WriteBytes(HomeFile(u"u.js"_s), u"var s = '钢';"_s.toUtf8()));
+    ASSERT_TRUE(m_host.LoadScriptFile(HomeFile(u"u.js"_s)));
+    EXPECT_EQ(Eval(u"s"_s), CodePage::ToUnicode(QByteArrayLiteral("\xe9\x92\xa2"), "GBK"));
+    for (const QString& path : {HomeFile(u"missing.js"_s), Home(), QString()})
+        EXPECT_FALSE(m_host.LoadScriptFile(path)) << path.toStdString();
+    EXPECT_TRUE(Ui().calls.isEmpty());
+    ASSERT_TRUE(WriteBytes(HomeFile(u"bad.js"_s), QByteArray("function ok() {}\r\nvar = ;")));
+    EXPECT_FALSE(m_host.LoadScriptFile(HomeFile(u"bad.js"_s)));
+    EXPECT_EQ(m_host.GetErrorText(), u"Error: missing variable name, var = ;; in line 2"_s);
+}
+
+TEST_F(ScriptHostTest, LoadScriptResourceReadsQtResources)
+{
+    ASSERT_TRUE(m_host.LoadScriptResource(u"resource_lib.js"_s, u"scripts"_s));
+    EXPECT_EQ(Eval(u"面积(2, 3) + 单位"_s) + QString::number(m_host.GetProcedureCount()), u"6平方米1"_s);
+    EXPECT_TRUE(m_host.LoadScriptResource(u"scripts/resource_lib.js"_s));
+    EXPECT_FALSE(m_host.LoadScriptResource(u"no_such.js"_s));
+}
+
 TEST_F(ScriptHostTest, ComposesDescriptionSourceLineAndLineNumber)
 {
     const char* cases[][2] = {
         {"var a = 1;\r\nvar b = c;", "Error: c is not defined, var b = c;; in line 2"},
         {"var a = 1;\nvar b = 2;\rthrow 3;", "Error: uncaught exception: 3, throw 3;; in line 3"}, // LF, lone CR
         {"\r\n\r\n\r\nthrow 3;", "Error: uncaught exception: 3, throw 3;; in line 4"},             // CR LF is one
+        {"throw null", "Error: uncaught exception: null, throw null; in line 1"},
         {"var o = 1;\r\nthrow {};", "Error: uncaught exception: Object, throw {};; in line 2"},
+        {"throw Symbol('s')", "Error: uncaught exception: Symbol(s), throw Symbol('s'); in line 1"},
         {"\r\nfunction f() {\r\n  return g();\r\n}\r\nf();", "Error: g is not defined,   return g();; in line 3"},
         {"var a = 1;\r\neval('1 +\\n zz');", "Error: zz is not defined, eval('1 +\\n zz');; in line 2"},
         {"var e = new Error('x');\r\ne.lineNumber = -5;\r\nthrow e;", "Error: x, ; in line 0"},
