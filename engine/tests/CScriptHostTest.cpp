@@ -145,14 +145,6 @@ TEST_F(ScriptHostTest, LoadScriptFileReadsCodePageTextUpToAZeroByteAndFailsSilen
     EXPECT_EQ(m_host.GetErrorText(), u"Error: missing variable name, var = ;; in line 2"_s);
 }
 
-TEST_F(ScriptHostTest, LoadScriptResourceReadsQtResources)
-{
-    ASSERT_TRUE(m_host.LoadScriptResource(u"resource_lib.js"_s, u"scripts"_s));
-    EXPECT_EQ(Eval(u"面积(2, 3) + 单位"_s) + QString::number(m_host.GetProcedureCount()), u"6平方米1"_s);
-    EXPECT_TRUE(m_host.LoadScriptResource(u"scripts/resource_lib.js"_s));
-    EXPECT_FALSE(m_host.LoadScriptResource(u"no_such.js"_s));
-}
-
 TEST_F(ScriptHostTest, ComposesDescriptionSourceLineAndLineNumber)
 {
     const char* cases[][2] = {
