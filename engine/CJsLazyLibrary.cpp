@@ -62,7 +62,8 @@ bool CJsLazyLibrary::Declare(JSContext* cx, jsid id, bool* declared) const
     if (entry.declaring)
         return true;
     JS::CompileOptions options(cx);
-    options.setFileAndLine(m_file.c_str(), static_cast<unsigned>(entry.function.line)).setNoScriptRval(true);
+    // Compiled whole, so that no global compiles the function's body again.
+    options.setFileAndLine(m_file.c_str(), static_cast<unsigned>(entry.function.line)).setNoScriptRval(true).setForceFullParse();
     if (!entry.stencil)
     {
         // Spaces in front keep the columns of the whole.

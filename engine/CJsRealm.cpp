@@ -210,6 +210,10 @@ bool CJsRealm::ExecuteAs(CJsRuntime& runtime, const Source& source, JS::MutableH
     JSContext* cx = runtime.Context();
     JS::CompileOptions options(cx);
     options.setFileAndLine(source.file.c_str(), static_cast<unsigned>(source.line)).setNoScriptRval(!source.keepValue);
+    // A text kept for later runs is compiled whole, inner functions too: each
+    // global it runs in would otherwise compile again every function it calls.
+    if (source.cache)
+        options.setForceFullParse();
     const CJsStencilCache::Key key{source.text, source.keepValue, source.file, source.line};
     RefPtr<JS::Stencil> stencil = source.cache ? runtime.Stencils().Find(key) : nullptr;
     if (!stencil)
