@@ -1,7 +1,6 @@
 #include "CJsPieceAnalyzer.h"
 
 #include "CJsDeclarationScanner.h"
-#include "CJsLazyLibrary.h"
 #include "CJsPieceText.h"
 #include "CJsRuntime.h"
 #include "CJsText.h"
@@ -196,9 +195,9 @@ std::shared_ptr<const CJsLazyLibrary> CJsPieceAnalyzer::LibraryOf(const Info& in
     info.libraryLine = line;
     if (info.declarations.empty())
         return nullptr;
-    std::vector<CJsLazyLibrary::Function> functions;
-    for (const CJsSplitPlan::Declaration& d : info.declarations)
-        functions.push_back({d.name, d.text, line + d.line - 1, d.column});
+    std::vector<CJsLazyLibrary::Function> functions = info.declarations;
+    for (CJsLazyLibrary::Function& function : functions)
+        function.line += line - 1;
     info.library = CJsLazyLibrary::Create(m_runtime.Context(), std::move(functions), file);
     return info.library;
 }
@@ -215,7 +214,7 @@ void CJsPieceAnalyzer::Outline(const Info& info)
     const QStringList rows = outline.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     if (rows.size() != static_cast<qsizetype>(cut.size()))
         return;
-    std::vector<CJsSplitPlan::Declaration> declarations;
+    std::vector<CJsLazyLibrary::Function> declarations;
     for (std::size_t i = 0; i < cut.size(); ++i)
     {
         const QStringList f = rows[static_cast<qsizetype>(i)].split(QLatin1Char(','));

@@ -1,18 +1,20 @@
 #pragma once
+// First: the engine's headers must come before Qt's keywords.
+#include "CJsLazyLibrary.h"
+
 #include <QSet>
 #include <QString>
 #include <QStringList>
 
 #include <js/RootingAPI.h>
-#include <string>
 #include <js/TypeDecls.h>
 
 #include <cstddef>
 #include <list>
 #include <memory>
+#include <string>
 #include <vector>
 
-class CJsLazyLibrary;
 class CJsRuntime;
 
 // How a text made of pieces joined with "\r\n" runs piece by piece: each
@@ -21,13 +23,6 @@ class CJsRuntime;
 // may mention (in the whole they exist from the start).
 struct CJsSplitPlan
 {
-    // A function declaration of a piece: its text with what stands in front
-    // of it, and the line and column that text starts at in the piece.
-    struct Declaration
-    {
-        QString name, text;
-        int line = 1, column = 0;
-    };
     struct Piece
     {
         QString text;
@@ -87,7 +82,7 @@ private:
         QStringList vars, functions, lexicals;
         // The piece as a library, made when first asked for at this line.
         mutable bool outlined = false;
-        mutable std::vector<CJsSplitPlan::Declaration> declarations;
+        mutable std::vector<CJsLazyLibrary::Function> declarations; // lines within the piece
         mutable std::shared_ptr<const CJsLazyLibrary> library;
         mutable int libraryLine = 0;
     };
