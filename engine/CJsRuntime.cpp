@@ -43,9 +43,15 @@ std::size_t NativeStackQuota()
 // Every global of a thread shares one compartment (and so one zone): a new
 // realm there is cheaper than one with a compartment of its own, and realms
 // never reach into each other, so no wrappers are ever needed.
+//
+// The zone keeps its JIT code over collections: otherwise every collection
+// throws away the inline-cache stubs all later globals use, and writing them
+// again flips code pages between writable and executable, which with two
+// threads costs a TLB flush on the other CPU each time.
 JSObject* NewGlobalObject(JSContext* cx, JSObject* compartmentOf)
 {
     JS::RealmOptions options;
+    options.creationOptions().setPreserveJitCode(true);
     if (compartmentOf)
         options.creationOptions().setExistingCompartment(compartmentOf);
     else

@@ -85,8 +85,9 @@ public:
 
     static constexpr std::uint32_t kDefaultHeapLimitBytes = 256u * 1024u * 1024u;
     // Old globals are only reclaimed by a collection; one every so many
-    // resets keeps memory flat at little cost per reset.
-    static constexpr int kGlobalsPerCollection = 64;
+    // resets keeps memory flat at little cost per reset. Fewer dead globals
+    // per collection also means fewer freed pages handed back to the system.
+    static constexpr int kGlobalsPerCollection = 16;
     // How much a run may allocate (GC heap and owned malloc memory), in heap
     // limits, before it is stopped (memory outside the GC heap has no other limit).
     static constexpr int kRunGrowthInHeapLimits = 2;

@@ -89,33 +89,42 @@ void CTestJavaScriptService::Emit(const CScriptTestReport::Entry& entry)
         WriteEntry(entry);
 }
 
-bool CTestJavaScriptService::WriteEntry(const CScriptTestReport::Entry& entry)
+QString CTestJavaScriptService::EntryText(const CScriptTestReport::Entry& entry)
 {
-    bool written = true;
-    if (!entry.isTable) {
-        written = Fun::AppendCString2File(m_resultFile, entry.line);
-    } else {
-        COutPutTextTable text;
-        text.AddTextNode(CTestCaseInfoTable::ParmName);
-        text.AddTextNode(CTestCaseInfoTable::ParmValue);
-        text.AddTextNode(CTestCaseInfoTable::NewParmValue);
-        for (const CTestCaseOutcome::Row& row : entry.table) {
-            text.AddNodeValue(Unbroken(row.name));
-            text.AddNodeValue(Unbroken(row.storedValue));
-            text.AddNodeValue(Unbroken(row.newValue));
-        }
-        written = text.Print2File(m_resultFile);
+    if (!entry.isTable)
+        return entry.line;
+    COutPutTextTable text;
+    text.AddTextNode(CTestCaseInfoTable::ParmName);
+    text.AddTextNode(CTestCaseInfoTable::ParmValue);
+    text.AddTextNode(CTestCaseInfoTable::NewParmValue);
+    for (const CTestCaseOutcome::Row& row : entry.table) {
+        text.AddNodeValue(Unbroken(row.name));
+        text.AddNodeValue(Unbroken(row.storedValue));
+        text.AddNodeValue(Unbroken(row.newValue));
     }
+    return text.ToText();
+}
+
+bool CTestJavaScriptService::Append(const QString& text)
+{
+    const bool written = Fun::AppendCString2File(m_resultFile, text);
     m_writeFailed = m_writeFailed || !written;
     return written;
 }
 
+bool CTestJavaScriptService::WriteEntry(const CScriptTestReport::Entry& entry)
+{
+    return Append(EntryText(entry));
+}
+
 bool CTestJavaScriptService::AppendReport(const CScriptTestReport& report)
 {
-    bool written = true;
+    // One append per script: the file gets the same bytes as entry by entry,
+    // without opening it twice for every case.
+    QString text;
     for (const CScriptTestReport::Entry& entry : report.entries)
-        written = WriteEntry(entry) && written;
-    return written;
+        text += EntryText(entry);
+    return report.entries.isEmpty() || Append(text);
 }
 
 void CTestJavaScriptService::OpenResultFile()

@@ -124,6 +124,8 @@ private:
                 const QList<CTestCaseOutcome::Row>& rows = {}, CTestCaseOutcome outcome = {});
     void Emit(const CScriptTestReport::Entry& entry);
     bool WriteEntry(const CScriptTestReport::Entry& entry);
+    static QString EntryText(const CScriptTestReport::Entry& entry);
+    bool Append(const QString& text);
 
     QString m_resultFile;
     CMacroImplement m_macro;
