@@ -21,7 +21,8 @@ namespace
 // after a thread_local set would already be gone.
 thread_local std::unordered_set<std::uintptr_t>* t_names = nullptr;
 
-// What a global with a library attached keeps, in its first reserved slot.
+// What a global of a split run keeps, in its first reserved slot: the
+// library it declares on demand, if any, and whether its keys were listed.
 struct LibraryState
 {
     std::shared_ptr<const CJsLazyLibrary> library;
@@ -36,7 +37,7 @@ LibraryState* StateOf(JSObject* global)
 
 bool Resolve(JSContext* cx, JS::HandleObject global, JS::HandleId id, bool* resolved)
 {
-    if (LibraryState* state = StateOf(global); state && state->library->Has(id))
+    if (LibraryState* state = StateOf(global); state && state->library && state->library->Has(id))
         return state->library->Declare(cx, id, resolved);
     if (!t_names || CJsGlobalClass::IsStandardName(id))
         return JS_ResolveStandardClass(cx, global, id, resolved);
@@ -48,7 +49,7 @@ bool Resolve(JSContext* cx, JS::HandleObject global, JS::HandleId id, bool* reso
 
 bool MayResolve(const JSAtomState& names, jsid id, JSObject* global)
 {
-    if (LibraryState* state = global ? StateOf(global) : nullptr; state && state->library->Has(id))
+    if (LibraryState* state = global ? StateOf(global) : nullptr; state && state->library && state->library->Has(id))
         return true;
     if (!t_names || !global || !js::GetStaticPrototype(global))
         return JS_MayResolveStandardClass(names, id, global);
@@ -60,7 +61,7 @@ bool Enumerate(JSContext* cx, JS::HandleObject global, JS::MutableHandleIdVector
     if (LibraryState* state = StateOf(global))
     {
         state->listed = true;
-        if (!state->library->DeclareAll(cx, global))
+        if (state->library && !state->library->DeclareAll(cx, global))
             return false;
     }
     return JS_NewEnumerateStandardClasses(cx, global, properties, enumerableOnly);

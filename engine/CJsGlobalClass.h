@@ -26,8 +26,10 @@ public:
     static void ForgetNames();
     static bool IsStandardName(jsid id);
 
-    // Gives the global a library to declare on demand; it keeps it until it dies.
+    // Gives the global a library to declare on demand (null: none); it keeps
+    // it until it dies. From then on the global notices a listing of its keys.
     static void Attach(JSObject* global, std::shared_ptr<const CJsLazyLibrary> library);
-    // Whether a script listed the keys of a global with a library attached.
+    // Whether a script listed the keys of a global since Attach. The order
+    // of those keys is the order of declaration, which a split run changes.
     static bool WasListed(JSObject* global);
 };

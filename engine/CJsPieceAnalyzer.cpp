@@ -56,22 +56,43 @@ const char kWalker[] = R"JS((function (text) {
   return [vars.join(','), functions.join(','), lexicals.join(','), unsure ? '1' : '0'].join('\n');
 }))JS";
 
-// Cuts a text made of function declarations only into one piece per
-// declaration, each with the comments and blanks in front of it, one per
-// line: "name,from,to,line,column" (offsets into the text, line and column of
-// the piece's start); empty when the text holds anything else.
-const char kOutliner[] = R"JS((function (text) {
-  var starts = [0], breaks = /\r\n|[\n\r\u2028\u2029]/g, m, out = [], from = 0, line = 1, column = 0;
-  while ((m = breaks.exec(text))) starts.push(m.index + m[0].length);
-  var body = Reflect.parse(text, { loc: true }).body;
-  for (var i = 0; i < body.length; i++) {
-    var s = body[i], to = starts[s.loc.end.line - 1] + s.loc.end.column;
-    if (s.type === 'FunctionDeclaration') out.push([s.id.name, from, to, line, column].join(','));
-    else if (s.type !== 'EmptyStatement') return '';
-    from = to; line = s.loc.end.line; column = s.loc.end.column;
-  }
-  return out.join('\n');
-}))JS";
+// Line (from 1) and column of each offset, the offsets in increasing order;
+// "\r\n" is one line break, as for the engine.
+std::vector<std::pair<int, int>> Positions(const QString& text, const std::vector<qsizetype>& offsets)
+{
+    std::vector<std::pair<int, int>> positions;
+    int line = 1;
+    qsizetype lineStart = 0, at = 0;
+    for (qsizetype offset : offsets)
+    {
+        for (; at < offset; ++at)
+        {
+            const char16_t c = text[at].unicode();
+            if (c == u'\r' && at + 1 < text.size() && text[at + 1] == u'\n')
+                ++at;
+            if (c == u'\n' || c == u'\r' || c == 0x2028 || c == 0x2029)
+            {
+                ++line;
+                lineStart = at + 1;
+            }
+        }
+        positions.emplace_back(line, static_cast<int>(offset - lineStart));
+    }
+    return positions;
+}
+
+// The source text of the global's function `name`; false when it is none.
+bool FunctionSource(JSContext* cx, JS::HandleObject global, const QString& name, QString& source)
+{
+    JS::RootedValue value(cx);
+    if (!JS_GetUCProperty(cx, global, reinterpret_cast<const char16_t*>(name.utf16()),
+                          static_cast<std::size_t>(name.size()), &value)
+        || !value.isObject() || !JS_ObjectIsFunction(&value.toObject()))
+        return false;
+    JS::RootedFunction function(cx, JS_ValueToFunction(cx, value));
+    JS::RootedString text(cx, function ? JS_DecompileFunction(cx, function) : nullptr);
+    return text && CJsText::ToQString(cx, text, source);
+}
 
 const QStringList kDeclaringWords = {QStringLiteral("var"), QStringLiteral("let"), QStringLiteral("const"),
                                      QStringLiteral("class"), QStringLiteral("function")};
@@ -103,7 +124,6 @@ CJsPieceAnalyzer::~CJsPieceAnalyzer() = default;
 void CJsPieceAnalyzer::Release()
 {
     m_walker.reset();
-    m_outliner.reset();
     m_infos.clear();
     m_chars = 0;
 }
@@ -202,28 +222,58 @@ std::shared_ptr<const CJsLazyLibrary> CJsPieceAnalyzer::LibraryOf(const Info& in
     return info.library;
 }
 
-// The scanner's cut, confirmed by the engine's parser on the skeleton: the
-// same function declarations ending at the same places, and nothing else.
+// The scanner's cut, confirmed by the engine on the skeleton: the same
+// function declarations ending at the same places, and nothing else.
 void CJsPieceAnalyzer::Outline(const Info& info)
 {
     std::vector<CJsDeclarationScanner::Declaration> cut;
-    QString outline;
-    if (!CJsDeclarationScanner::Scan(info.text, cut)
-        || !Parse(CJsDeclarationScanner::Skeleton(info.text, cut), outline, true))
+    if (!CJsDeclarationScanner::Scan(info.text, cut) || cut.empty()
+        || !DeclaresExactly(CJsDeclarationScanner::Skeleton(info.text, cut), cut))
         return;
-    const QStringList rows = outline.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    if (rows.size() != static_cast<qsizetype>(cut.size()))
-        return;
+    std::vector<qsizetype> starts;
+    for (const CJsDeclarationScanner::Declaration& d : cut)
+        starts.push_back(d.from);
+    const std::vector<std::pair<int, int>> at = Positions(info.text, starts);
     std::vector<CJsLazyLibrary::Function> declarations;
     for (std::size_t i = 0; i < cut.size(); ++i)
-    {
-        const QStringList f = rows[static_cast<qsizetype>(i)].split(QLatin1Char(','));
-        if (f.size() != 5 || f[0] != cut[i].name || f[1].toLongLong() != cut[i].from || f[2].toLongLong() != cut[i].to)
-            return;
-        declarations.push_back({cut[i].name, info.text.mid(cut[i].from, cut[i].to - cut[i].from), f[3].toInt(),
-                                f[4].toInt()});
-    }
+        declarations.push_back({cut[i].name, info.text.mid(cut[i].from, cut[i].to - cut[i].from), at[i].first,
+                                at[i].second});
     info.declarations = std::move(declarations);
+}
+
+// Runs the skeleton (bodies blanked: declaring is all it can do) in a global
+// of its own. That global must then hold the cut's names and nothing else,
+// each a function whose source ends where the cut ends it. A name declared
+// twice is checked by its last declaration, the one that counts.
+bool CJsPieceAnalyzer::DeclaresExactly(const QString& skeleton,
+                                       const std::vector<CJsDeclarationScanner::Declaration>& cut)
+{
+    JSContext* cx = m_runtime.Context();
+    JS::RootedObject global(cx, m_runtime.NewGlobal());
+    if (!global)
+        return false;
+    JSAutoRealm entered(cx, global);
+    JS::CompileOptions options(cx);
+    options.setFileAndLine("velmora-skeleton", 1).setNoScriptRval(true);
+    JS::SourceText<char16_t> units;
+    JS::RootedValue ignored(cx);
+    JS::Rooted<JS::IdVector> keys(cx, JS::IdVector(cx));
+    bool ok = units.init(cx, reinterpret_cast<const char16_t*>(skeleton.utf16()),
+                         static_cast<std::size_t>(skeleton.size()), JS::SourceOwnership::Borrowed)
+              && JS::Evaluate(cx, options, units, &ignored) && JS_Enumerate(cx, global, &keys);
+    QSet<QString> names;
+    for (auto d = cut.rbegin(); ok && d != cut.rend(); ++d)
+    {
+        if (names.contains(d->name))
+            continue;
+        names.insert(d->name);
+        QString source;
+        ok = FunctionSource(cx, global, d->name, source) && !source.isEmpty()
+             && QStringView(skeleton).mid(d->from, d->to - d->from).endsWith(source);
+    }
+    ok = ok && keys.length() == static_cast<std::size_t>(names.size());
+    JS_ClearPendingException(cx);
+    return ok;
 }
 
 std::shared_ptr<const CJsPieceAnalyzer::Info> CJsPieceAnalyzer::InfoFor(const QString& text, bool declarations)
@@ -295,26 +345,24 @@ bool CJsPieceAnalyzer::MakeWalkers()
     if (!global)
         return false;
     JSAutoRealm entered(cx, global);
-    JS::RootedValue walker(cx), outliner(cx);
-    if (!JS_InitReflectParse(cx, global) || !EvaluateFunction(cx, "velmora-piece-walker", kWalker, &walker)
-        || !EvaluateFunction(cx, "velmora-piece-outliner", kOutliner, &outliner))
+    JS::RootedValue walker(cx);
+    if (!JS_InitReflectParse(cx, global) || !EvaluateFunction(cx, "velmora-piece-walker", kWalker, &walker))
     {
         JS_ClearPendingException(cx);
         return false;
     }
     m_walker = std::make_unique<JS::PersistentRooted<JSObject*>>(cx, &walker.toObject());
-    m_outliner = std::make_unique<JS::PersistentRooted<JSObject*>>(cx, &outliner.toObject());
     return true;
 }
 
-// Runs the walker (or the outliner) over the text in a global of its own,
+// Runs the walker over the text in a global of its own,
 // which no script ever sees; false when the text does not parse.
-bool CJsPieceAnalyzer::Parse(const QString& text, QString& result, bool outline)
+bool CJsPieceAnalyzer::Parse(const QString& text, QString& result)
 {
     if (!m_walker && !MakeWalkers())
         return false;
     JSContext* cx = m_runtime.Context();
-    JS::RootedObject walker(cx, (outline ? m_outliner : m_walker)->get());
+    JS::RootedObject walker(cx, m_walker->get());
     JSAutoRealm entered(cx, walker);
     JS::RootedValue arg(cx), returned(cx);
     JSString* str = CJsText::ToJsString(cx, text);

@@ -1,5 +1,6 @@
 #pragma once
 // First: the engine's headers must come before Qt's keywords.
+#include "CJsDeclarationScanner.h"
 #include "CJsLazyLibrary.h"
 
 #include <QSet>
@@ -95,11 +96,12 @@ private:
                        const std::string& file);
     std::shared_ptr<const CJsLazyLibrary> LibraryOf(const Info& info, int line, const std::string& file);
     void Outline(const Info& info);
+    bool DeclaresExactly(const QString& skeleton, const std::vector<CJsDeclarationScanner::Declaration>& cut);
     bool MakeWalkers();
-    bool Parse(const QString& text, QString& result, bool outline = false);
+    bool Parse(const QString& text, QString& result);
 
     CJsRuntime& m_runtime;
     std::list<std::shared_ptr<Info>> m_infos; // most recently used first
     qsizetype m_chars = 0;
-    std::unique_ptr<JS::PersistentRooted<JSObject*>> m_walker, m_outliner;
+    std::unique_ptr<JS::PersistentRooted<JSObject*>> m_walker;
 };

@@ -270,9 +270,10 @@ CJsRealm::SplitOutcome CJsRealm::RunSplit(CJsRuntime& runtime, const QStringList
         return SplitOutcome::InDoubt;
     JSContext* cx = runtime.Context();
     JS::RootedObject global(cx, m_global->get());
-    // Attached first: in the whole, a function declaration wins over a var of the same name.
-    if (plan.library)
-        CJsGlobalClass::Attach(global, plan.library);
+    // Attached first: in the whole, a function declaration wins over a var of
+    // the same name. Attached even without a library: pieces declare their
+    // names in another order than the whole, and listing the keys shows it.
+    CJsGlobalClass::Attach(global, plan.library);
     m_lastRunHadLibrary = plan.library != nullptr;
     JS::RootedValue ignored(cx);
     bool ok = plan.prelude.isEmpty() || ExecuteAs(runtime, Source{plan.prelude, name}, &ignored);

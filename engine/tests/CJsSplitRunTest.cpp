@@ -82,6 +82,8 @@ TEST_F(SplitRunTest, HandWrittenCasesGiveTheJoinedOutcome)
         {{u"try { var v = later; } catch (e) { v = 'caught'; }"_s, u"var later = 2;"_s}, {u"v"_s}, Way::Split},
         {{u"var t = typeof L;"_s, u"let L = 1;"_s}, {u"t"_s}, Way::Joined},
         {{u"var t = typeof h;"_s, u"{ function h() {} }"_s}, {u"t"_s, u"typeof h"_s}, Way::Joined},
+        // the order of the global's keys is the order of declaration in the whole
+        {{u"function f() {}"_s, u"var k = Object.keys(this).join();"_s}, {u"k"_s}, Way::Joined},
         // redeclarations
         {{u"function f() { return 1; }"_s, u"var a = f();"_s, u"function f() { return 2; }"_s}, {u"a"_s}, Way::Joined},
         {{u"const k = 1;"_s, u"var k = 2;"_s}, {u"k"_s}, Way::Either},
