@@ -2,8 +2,26 @@
 
 #include <QCoreApplication>
 
+#include <malloc.h>
+
+namespace {
+
+// Cases allocate and free in waves, on several threads at once. By default
+// glibc hands freed memory back to the system and then grows a thread's heap
+// again a few pages at a time; each such change of the address space makes
+// the other CPUs flush their TLBs. The runner keeps what it freed instead.
+void KeepFreedMemory()
+{
+    mallopt(M_TRIM_THRESHOLD, 128 << 20);
+    mallopt(M_TOP_PAD, 16 << 20);
+    mallopt(M_MMAP_THRESHOLD, 32 << 20);
+}
+
+} // namespace
+
 int main(int argc, char** argv)
 {
+    KeepFreedMemory();
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("velmora-test"));
     CTestCli cli;
