@@ -1,15 +1,15 @@
 #include "CDataSetXmlCodec.h"
 
+#include "CDataSetTableBuilder.h"
+#include "CDataSetXmlScanner.h"
+
 #include <QByteArray>
-#include <QHash>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
 namespace {
 
 const QString kRoot = QStringLiteral("DataSet");
-const QString kVersion = QStringLiteral("1");
-const QString kBase64 = QStringLiteral("base64");
 
 QByteArray Utf16LeBytes(const QString& text)
 {
@@ -23,25 +23,13 @@ QByteArray Utf16LeBytes(const QString& text)
     return bytes;
 }
 
-bool FromUtf16LeBase64(QStringView encoded, QString& text)
-{
-    const auto result = QByteArray::fromBase64Encoding(encoded.toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
-    if (!result || result.decoded.size() % 2 != 0)
-        return false;
-    const QByteArray& bytes = result.decoded;
-    text.resize(bytes.size() / 2);
-    for (qsizetype i = 0; i < text.size(); ++i)
-        text[i] = QChar(char16_t(uchar(bytes[2 * i]) | (uchar(bytes[2 * i + 1]) << 8)));
-    return true;
-}
-
 // Literal CRs would come back as LF (XML end-of-line handling), so each one
 // goes out as a character reference.
 void WriteCellText(QXmlStreamWriter& w, const QString& text)
 {
     if (!CDataSetXmlCodec::IsXmlSafe(text))
     {
-        w.writeAttribute(QStringLiteral("encoding"), kBase64);
+        w.writeAttribute(QStringLiteral("encoding"), CDataSetXmlCodec::kBase64.toString());
         w.writeCharacters(QString::fromLatin1(Utf16LeBytes(text).toBase64()));
         return;
     }
@@ -75,18 +63,17 @@ void WriteRows(QXmlStreamWriter& w, const NDataModelDataSet& table)
     w.writeEndElement();
 }
 
-// A strict walk over the document: every element, attribute and text must be
-// where the layout puts it.
+// A strict walk over the document with a general XML parser: every element,
+// attribute and text must be where the layout puts it.
 class Parser
 {
 public:
-    Parser(const QString& xml, CDataSetXmlCodec::Table& out) : m_r(xml), m_out(out) {}
+    Parser(const QString& xml, CDataSetXmlCodec::Table& out) : m_r(xml), m_table(out) {}
 
     bool Run()
     {
-        if (!NextElement() || m_r.name() != kRoot || Attr("version") != kVersion)
+        if (!NextElement() || m_r.name() != kRoot || !m_table.Root(Attr("version"), Attr("table")))
             return false;
-        m_out.name = Attr("table").toString();
         if (!NextElement() || m_r.name() != u"Fields" || !ReadFields())
             return false;
         if (!NextElement() || m_r.name() != u"Rows" || !ReadRows())
@@ -95,7 +82,13 @@ public:
     }
 
 private:
-    QStringView Attr(const char* name) const { return m_r.attributes().value(QLatin1StringView(name)); }
+    std::optional<QStringView> Attr(const char* name) const
+    {
+        const QLatin1StringView key(name);
+        if (!m_r.attributes().hasAttribute(key))
+            return std::nullopt;
+        return m_r.attributes().value(key);
+    }
 
     // Moves to the next start element of the current level; false at the
     // level's end element, on stray text, or on a syntax error.
@@ -146,29 +139,10 @@ private:
     {
         while (NextElement())
         {
-            if (m_r.name() != u"Field" || !ReadField() || !AtEndOfElement())
+            if (m_r.name() != u"Field" || !m_table.Field(Attr("name"), Attr("type"), Attr("width")) || !AtEndOfElement())
                 return false;
         }
         return !m_r.hasError() && m_r.isEndElement();
-    }
-
-    bool ReadField()
-    {
-        CDataSetXmlCodec::Field field;
-        field.name = Attr("name").toString();
-        bool typeOk = false;
-        const int type = Attr("type").toInt(&typeOk);
-        bool widthOk = true;
-        if (m_r.attributes().hasAttribute(QStringLiteral("width")))
-            field.width = Attr("width").toInt(&widthOk);
-        if (field.name.isEmpty() || !typeOk || !widthOk || !CDataSetXmlCodec::IsKnownType(type))
-            return false;
-        if (m_columns.contains(field.name))
-            return false;
-        field.type = FieldType(type);
-        m_columns.insert(field.name, int(m_out.fields.size()));
-        m_out.fields.push_back(field);
-        return true;
     }
 
     bool ReadRows()
@@ -183,32 +157,28 @@ private:
 
     bool ReadRow()
     {
-        std::vector<std::optional<QString>> row(m_out.fields.size());
+        m_table.BeginRow();
         while (NextElement())
         {
             if (m_r.name() != u"Cell")
                 return false;
-            const int column = m_columns.value(Attr("field").toString(), -1);
-            if (column < 0 || row[size_t(column)].has_value())
+            const std::optional<QStringView> field = Attr("field"), encoding = Attr("encoding");
+            // Copied: reading on moves the reader's attributes.
+            const std::optional<QString> fieldText = field ? std::optional(field->toString()) : std::nullopt;
+            const std::optional<QString> encodingText = encoding ? std::optional(encoding->toString()) : std::nullopt;
+            QString raw;
+            if (!ReadCellText(raw) || !m_table.Cell(fieldText, encodingText, raw))
                 return false;
-            const bool base64 = m_r.attributes().hasAttribute(QStringLiteral("encoding"));
-            if (base64 && Attr("encoding") != kBase64)
-                return false;
-            QString text;
-            if (!ReadCellText(base64, text))
-                return false;
-            row[size_t(column)] = text;
         }
         if (m_r.hasError() || !m_r.isEndElement())
             return false;
-        m_out.rows.push_back(std::move(row));
+        m_table.EndRow();
         return true;
     }
 
     // Text of the current Cell up to its end element; no child elements.
-    bool ReadCellText(bool base64, QString& text)
+    bool ReadCellText(QString& raw)
     {
-        QString raw;
         for (m_r.readNext(); !m_r.hasError() && !m_r.isEndElement(); m_r.readNext())
         {
             if (m_r.isCharacters())
@@ -216,19 +186,11 @@ private:
             else if (!m_r.isComment() && !m_r.isProcessingInstruction())
                 return false;
         }
-        if (m_r.hasError())
-            return false;
-        if (!base64)
-        {
-            text = raw;
-            return true;
-        }
-        return FromUtf16LeBase64(raw, text);
+        return !m_r.hasError();
     }
 
     QXmlStreamReader m_r;
-    CDataSetXmlCodec::Table& m_out;
-    QHash<QString, int> m_columns;
+    CDataSetTableBuilder m_table;
 };
 
 } // namespace
@@ -273,7 +235,7 @@ bool CDataSetXmlCodec::Write(const NDataModelDataSet& table, QString& xml)
     w.setAutoFormatting(true);
     w.setAutoFormattingIndent(1);
     w.writeStartElement(kRoot);
-    w.writeAttribute(QStringLiteral("version"), kVersion);
+    w.writeAttribute(QStringLiteral("version"), kVersion.toString());
     w.writeAttribute(QStringLiteral("table"), table.GetTableName());
     w.writeStartElement(QStringLiteral("Fields"));
     for (int column = 0; column < table.GetFieldCount(); ++column)
@@ -293,6 +255,16 @@ bool CDataSetXmlCodec::Write(const NDataModelDataSet& table, QString& xml)
 }
 
 bool CDataSetXmlCodec::Read(const QString& xml, Table& out)
+{
+    // Nearly every buffer is in the form Write gives it; the general parser
+    // takes what the scanner leaves.
+    out = Table();
+    if (CDataSetXmlScanner::Read(xml, out))
+        return true;
+    return ReadWithXmlParser(xml, out);
+}
+
+bool CDataSetXmlCodec::ReadWithXmlParser(const QString& xml, Table& out)
 {
     out = Table();
     Parser parser(xml, out);

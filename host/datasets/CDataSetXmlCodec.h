@@ -2,6 +2,7 @@
 #include "NDataModelDataSet.h"
 
 #include <QString>
+#include <QStringView>
 #include <optional>
 #include <vector>
 
@@ -12,11 +13,15 @@
 class CDataSetXmlCodec
 {
 public:
+    static constexpr QStringView kVersion = u"1";
+    static constexpr QStringView kBase64 = u"base64";
+
     struct Field
     {
         QString name;
         FieldType type = FT_String;
         int width = 0;
+        bool operator==(const Field&) const = default;
     };
     struct Table
     {
@@ -24,12 +29,15 @@ public:
         std::vector<Field> fields;
         // One entry per buffer field, in field order; nullopt = no value.
         std::vector<std::vector<std::optional<QString>>> rows;
+        bool operator==(const Table&) const = default;
     };
 
     // False when a name cannot be carried by XML (control characters).
     static bool Write(const NDataModelDataSet& table, QString& xml);
     // False on any structural, syntax or value error; `out` is then undefined.
     static bool Read(const QString& xml, Table& out);
+    // The same with the general XML parser alone (Read's fallback).
+    static bool ReadWithXmlParser(const QString& xml, Table& out);
 
     static bool IsKnownType(int type);
     // True when every character can appear literally in an XML 1.0 document.

@@ -1,3 +1,4 @@
+#include "CDataSetXmlScanner.h"
 #include "DataSetTestTables.h"
 
 #include <cmath>
@@ -135,5 +136,53 @@ TEST(DataSetXmlTest, DamagedBuffersAreRefusedAndChangeNothing)
         EXPECT_FALSE(table.LoadDataSetXMLBuf_NoDataBefore(xml)) << xml.toStdString();
         EXPECT_EQ(Dump(table), u"TestCase|ParmMode:3:0,ParmName:%1:0,ParmValue:%1:0,ParmMsg:%1:0,\n<null>;[kept];<null>;<null>;"_s
                                 .arg(int(FT_LongString)));
+    }
+}
+
+// The scanner reads the writer's form and its harmless variants exactly as
+// the XML parser does, and leaves to it everything that XML reads otherwise
+// than as written (normalised line ends and blanks) or that it does not know.
+TEST(DataSetXmlTest, ScannerReadsTheWritersFormAsTheXmlParserDoesAndLeavesTheRest)
+{
+    const QString good = GoodBuffer();
+    auto replaced = [&good](const QString& from, const QString& to) {
+        EXPECT_TRUE(good.contains(from)) << from.toStdString();
+        return QString(good).replace(from, to);
+    };
+    const QString cell = u"field=\"ParmName\">x<"_s;
+    const struct { QString xml; bool scanned; } cases[] = {
+        {good, true},
+        {replaced(u"<DataSet version=\"1\" table=\"TestCase\">"_s, u"\n <DataSet \t table = 'TestCase'\r\n version='1' >"_s), true},
+        {replaced(cell, u"field=\"ParmName\">&lt;&gt;&amp;&quot;&apos;&#13;&#x4E2D;&#65;&#x1F600;\U0001F600 a]]b ]><"_s), true},
+        {replaced(u"table=\"TestCase\""_s, u"table=\"钢筋&#9;&#10;&#13;&apos;\""_s), true},
+        {replaced(u"<Cell field=\"ParmValue\">1</Cell>"_s,
+                  u"<Cell field='ParmMsg'/><Cell field=\"ParmValue\" encoding=\"base64\">eABcAA==</Cell >"_s), true},
+        {replaced(u"<Row>"_s, u"<Row/><Row>"_s), true},
+        {u"<DataSet version=\"1\"><Fields/><Rows/></DataSet>"_s, true},
+        // refused by both
+        {replaced(cell, u"field=\"Nothing\">x<"_s), false},
+        // read by the XML parser alone
+        {u"<?xml version=\"1.0\"?>"_s + good, false},
+        {replaced(u"<Rows>"_s, u"<!-- rows --><Rows>"_s), false},
+        {replaced(cell, u"field=\"ParmName\"><![CDATA[<x>]]><"_s), false},
+        {replaced(cell, u"field=\"ParmName\">a\r\nb<"_s), false},
+        {replaced(u"table=\"TestCase\""_s, u"table=\"a\tb\""_s), false},
+        {replaced(cell, u"field=\"ParmName\">&nbsp;<"_s), false},
+        {replaced(cell, u"field=\"ParmName\">&#0;<"_s), false},
+        {replaced(cell, u"field=\"ParmName\">&#+65;<"_s), false},
+        {replaced(cell, u"field=\"ParmName\">a]]>b<"_s), false},
+        {replaced(cell, u"field=\"ParmName\">"_s + QChar(0xD800) + u"<"_s), false},
+        {replaced(u"<Row>"_s, u"<Row id=\"1\">"_s), false},
+        {replaced(cell, u"field=\"ParmName\"encoding=\"base64\">eAA=<"_s), false},
+        {replaced(u"<Rows>"_s, u"<x:Rows xmlns:x=\"urn:x\">"_s).replace(u"</Rows>"_s, u"</x:Rows>"_s), false},
+    };
+    for (const auto& c : cases) {
+        CDataSetXmlCodec::Table scanned, parsed;
+        const bool byParser = CDataSetXmlCodec::ReadWithXmlParser(c.xml, parsed);
+        EXPECT_EQ(CDataSetXmlScanner::Read(c.xml, scanned), c.scanned) << c.xml.toStdString();
+        if (c.scanned) {
+            EXPECT_TRUE(byParser) << c.xml.toStdString();
+            EXPECT_TRUE(scanned == parsed) << c.xml.toStdString();
+        }
     }
 }
