@@ -11,6 +11,8 @@
 #include <js/SourceText.h>
 #include <jsapi.h>
 
+#include <algorithm>
+
 namespace
 {
 // Lists the top-level declarations of a text from the engine's syntax tree:
@@ -105,11 +107,6 @@ bool EvaluateFunction(JSContext* cx, const char* name, const char (&text)[N], JS
     JS::SourceText<mozilla::Utf8Unit> source;
     return source.init(cx, text, N - 1, JS::SourceOwnership::Borrowed) && JS::Evaluate(cx, options, source, function)
            && function.isObject();
-}
-
-bool SameText(const QString& a, const QString& b)
-{
-    return a.size() == b.size() && (a.constData() == b.constData() || a == b);
 }
 
 QStringList Names(const QString& list)
@@ -279,15 +276,19 @@ bool CJsPieceAnalyzer::DeclaresExactly(const QString& skeleton,
 std::shared_ptr<const CJsPieceAnalyzer::Info> CJsPieceAnalyzer::InfoFor(const QString& text, bool declarations)
 {
     std::shared_ptr<Info> info;
-    for (auto it = m_infos.begin(); it != m_infos.end(); ++it)
+    // The same string first: texts of the same length (scripts made from one
+    // template, say) would otherwise be compared in full on every lookup.
+    auto it = std::find_if(m_infos.begin(), m_infos.end(), [&](const std::shared_ptr<Info>& i) {
+        return i->text.constData() == text.constData() && i->text.size() == text.size();
+    });
+    if (it == m_infos.end())
+        it = std::find_if(m_infos.begin(), m_infos.end(), [&](const std::shared_ptr<Info>& i) { return i->text == text; });
+    if (it != m_infos.end())
     {
-        if (SameText((*it)->text, text))
-        {
-            info = *it;
-            m_chars -= info->text.size();
-            m_infos.erase(it);
-            break;
-        }
+        info = *it;
+        m_chars -= info->text.size();
+        m_infos.erase(it);
+        info->text = text; // shared from now on: the next lookup finds the same string
     }
     if (!info)
     {
