@@ -18,6 +18,10 @@ TEST_F(QxMfcFunTest, AppendCreatesThenAppendsSaveReplacesAllInTheCodePage)
     QString back;
     ASSERT_TRUE(Fun::File2CString(path, back));
     EXPECT_EQ(back, text);
+    const QString large = QString(40000, u'x') + u"长"_s; // more than one read
+    ASSERT_TRUE(Fun::SaveFileContent(path, large));
+    ASSERT_TRUE(Fun::File2CString(path, back));
+    EXPECT_EQ(back, large);
     ASSERT_TRUE(Fun::SaveFileContent(path, u"new"_s)); // a shorter text cuts the file
     EXPECT_EQ(ReadBytes(path), QByteArray("new"));
     ASSERT_TRUE(Fun::SaveFileContent(u"C:\\hello.txt"_s, u"hi"_s));
@@ -29,6 +33,8 @@ TEST_F(QxMfcFunTest, MissingFilesAndFoldersFailCleanly)
 {
     QString text = u"unchanged"_s;
     EXPECT_FALSE(Fun::File2CString(HomeFile("missing.txt"), text));
+    ASSERT_TRUE(QDir().mkpath(HomeFile("a folder")));
+    EXPECT_FALSE(Fun::File2CString(HomeFile("a folder"), text));
     EXPECT_EQ(text, u"unchanged"_s);
     EXPECT_FALSE(Fun::SaveFileContent(HomeFile("no/such/folder/x.txt"), u"x"_s));
     EXPECT_FALSE(Fun::AppendCString2File(HomeFile("no/such/folder/x.txt"), u"x"_s));
