@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 CJsAllocationMeter::CJsAllocationMeter(JSContext* cx, JSObject* global)
-    : m_cx(cx)
+    : m_cx(cx), m_touchedAtLastLook(TouchedBytes())
 {
     if (!global)
         return;
@@ -44,10 +44,12 @@ std::uint64_t CJsAllocationMeter::TouchedBytes()
     return static_cast<std::uint64_t>(usage.ru_minflt) * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
 }
 
+// The pages are not counted from here: pages touched before the run can only
+// bring a collection on sooner, after which the counters, taken here, judge.
+// That saves a system call on every run.
 void CJsAllocationMeter::StartRun()
 {
     m_startCounted = CountedBytes();
-    m_touchedAtLastLook = TouchedBytes();
 }
 
 bool CJsAllocationMeter::Exceeds(std::uint64_t allowance)

@@ -12,8 +12,9 @@
 //
 // The counters miss buffers of objects still in the nursery (an array that
 // only grows allocates no GC things, so it is never tenured). The pages this
-// thread itself touched tell when that may be happening: past the allowance,
-// a collection tenures such objects and the counters see them from then on.
+// thread itself touched tell when that may be happening: past the allowance
+// since the last collection the meter made (or since the meter was made), a
+// collection tenures such objects and the counters see them from then on.
 // Use it on the context's own thread only.
 class CJsAllocationMeter
 {
