@@ -13,9 +13,9 @@
 
 namespace
 {
-// Set by the writer callback of the first context; it has no user data
-// pointer, so the cache it fills is reached through the instance.
-std::vector<std::uint8_t>* g_cacheBeingWritten = nullptr;
+// Filled by the writer callback of a context that parses the self-hosted code;
+// the callback has no user data pointer, and each thread parses its own.
+thread_local std::vector<std::uint8_t>* t_cacheBeingWritten = nullptr;
 
 std::atomic<bool> g_coverage{false};
 std::atomic<bool> g_contextMade{false};
@@ -29,8 +29,8 @@ bool BuildId(JS::BuildIdCharVector* id)
 
 bool WriteSelfHostedCache(JSContext*, JS::SelfHostedCache cache)
 {
-    if (g_cacheBeingWritten)
-        g_cacheBeingWritten->assign(cache.begin(), cache.end());
+    if (t_cacheBeingWritten)
+        t_cacheBeingWritten->assign(cache.begin(), cache.end());
     return true;
 }
 } // namespace
@@ -78,36 +78,53 @@ bool CJsEngine::CoverageEnabled()
     return g_coverage.load();
 }
 
+// The lock is not held while the context starts: the first contexts of
+// several threads read the engine's self-hosted code side by side instead of
+// one after the other.
 JSContext* CJsEngine::CreateContext(std::uint32_t heapLimitBytes)
 {
-    std::lock_guard<std::mutex> guard(m_lock);
-    if (!m_initialized)
-        return nullptr;
-    g_contextMade.store(true);
-    JSContext* cx = JS_NewContext(heapLimitBytes);
-    if (!cx)
-        return nullptr;
-    // Standard JavaScript only: no WebAssembly or asm.js machinery.
-    JS::ContextOptionsRef(cx).setWasm(false).setAsmJS(false);
-    if (!InitSelfHosted(cx))
+    std::shared_ptr<const std::vector<std::uint8_t>> cache;
     {
-        JS_DestroyContext(cx);
-        return nullptr;
+        std::lock_guard<std::mutex> guard(m_lock);
+        if (!m_initialized)
+            return nullptr;
+        g_contextMade.store(true);
+        ++m_liveContexts; // from here on the engine stays up
+        cache = m_selfHostedCache;
     }
-    ++m_liveContexts;
+    JSContext* cx = JS_NewContext(heapLimitBytes);
+    if (cx)
+    {
+        // Standard JavaScript only: no WebAssembly or asm.js machinery.
+        JS::ContextOptionsRef(cx).setWasm(false).setAsmJS(false);
+        if (!InitSelfHosted(cx, cache))
+        {
+            JS_DestroyContext(cx);
+            cx = nullptr;
+        }
+    }
+    if (!cx)
+    {
+        std::lock_guard<std::mutex> guard(m_lock);
+        --m_liveContexts;
+    }
     return cx;
 }
 
-bool CJsEngine::InitSelfHosted(JSContext* cx)
+bool CJsEngine::InitSelfHosted(JSContext* cx, const std::shared_ptr<const std::vector<std::uint8_t>>& cache)
 {
-    if (!m_selfHostedCache.empty())
-        return JS::InitSelfHostedCode(cx, JS::SelfHostedCache(m_selfHostedCache.data(), m_selfHostedCache.size()));
-    std::vector<std::uint8_t> cache;
-    g_cacheBeingWritten = &cache;
+    if (cache)
+        return JS::InitSelfHostedCode(cx, JS::SelfHostedCache(cache->data(), cache->size()));
+    auto written = std::make_shared<std::vector<std::uint8_t>>();
+    t_cacheBeingWritten = written.get();
     const bool ok = JS::InitSelfHostedCode(cx, nullptr, WriteSelfHostedCache);
-    g_cacheBeingWritten = nullptr;
-    if (ok)
-        m_selfHostedCache = std::move(cache);
+    t_cacheBeingWritten = nullptr;
+    if (ok && !written->empty())
+    {
+        std::lock_guard<std::mutex> guard(m_lock);
+        if (!m_selfHostedCache)
+            m_selfHostedCache = std::move(written);
+    }
     return ok;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -39,12 +40,14 @@ private:
     CJsEngine();
     ~CJsEngine();
 
-    bool InitSelfHosted(JSContext* cx);
+    bool InitSelfHosted(JSContext* cx, const std::shared_ptr<const std::vector<std::uint8_t>>& cache);
 
     bool m_initialized = false;
     bool m_ownsInit = false;
     std::mutex m_lock;
     int m_liveContexts = 0;
-    std::vector<std::uint8_t> m_selfHostedCache;
+    // The self-hosted code as the first context that read it wrote it out;
+    // later contexts start from it. Never changed once set.
+    std::shared_ptr<const std::vector<std::uint8_t>> m_selfHostedCache;
     CJsWatchdog* m_watchdog = nullptr;
 };
