@@ -14,7 +14,6 @@ void KeepFreedMemory()
 {
     mallopt(M_TRIM_THRESHOLD, 128 << 20);
     mallopt(M_TOP_PAD, 16 << 20);
-    mallopt(M_MMAP_THRESHOLD, 32 << 20);
 }
 
 // Each result line carries the local time. Without TZ, glibc looks at
