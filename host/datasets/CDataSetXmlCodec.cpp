@@ -200,23 +200,25 @@ bool CDataSetXmlCodec::IsKnownType(int type)
     return type == FT_String || type == FT_Integer || type == FT_Double || type == FT_LongString;
 }
 
+bool CDataSetXmlCodec::IsXmlChar(char32_t c)
+{
+    return c == 0x9 || c == 0xA || c == 0xD || (c >= 0x20 && c <= 0xD7FF) || (c >= 0xE000 && c <= 0xFFFD)
+        || (c >= 0x10000 && c <= 0x10FFFF);
+}
+
 bool CDataSetXmlCodec::IsXmlSafe(const QString& text)
 {
     for (qsizetype i = 0; i < text.size(); ++i)
     {
-        const char16_t c = text[i].unicode();
-        if (c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r')
-            return false;
-        if (c == 0xFFFE || c == 0xFFFF)
-            return false;
-        if (QChar::isLowSurrogate(c))
-            return false;
-        if (QChar::isHighSurrogate(c))
+        char32_t c = text[i].unicode();
+        if (QChar::isHighSurrogate(c) && i + 1 < text.size() && text[i + 1].isLowSurrogate())
         {
-            if (i + 1 >= text.size() || !text[i + 1].isLowSurrogate())
-                return false;
+            c = QChar::surrogateToUcs4(text[i].unicode(), text[i + 1].unicode());
             ++i;
         }
+        // A surrogate left alone is no character at all.
+        if (!IsXmlChar(c))
+            return false;
     }
     return true;
 }

@@ -42,4 +42,6 @@ public:
     static bool IsKnownType(int type);
     // True when every character can appear literally in an XML 1.0 document.
     static bool IsXmlSafe(const QString& text);
+    // Whether XML 1.0 allows the code point at all (literally or as a reference).
+    static bool IsXmlChar(char32_t c);
 };

@@ -2,18 +2,14 @@
 
 #include "CDataSetTableBuilder.h"
 
+#include <algorithm>
+#include <cctype>
+
 namespace {
 
 bool IsBlank(char16_t c)
 {
     return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r';
-}
-
-// A character XML 1.0 allows, by code point.
-bool IsXmlChar(char32_t c)
-{
-    return c == 0x9 || c == 0xA || c == 0xD || (c >= 0x20 && c <= 0xD7FF) || (c >= 0xE000 && c <= 0xFFFD)
-        || (c >= 0x10000 && c <= 0x10FFFF);
 }
 
 // Needs no look at its neighbours: most characters of a document.
@@ -217,11 +213,12 @@ void CDataSetXmlScanner::AppendPlain(QString& text)
 
 bool CDataSetXmlScanner::Reference(QString& text)
 {
-    const qsizetype semicolon = m_text.indexOf(u';', m_at);
-    // The longest reference read here is "&#x10FFFF;".
-    if (semicolon < 0 || semicolon - m_at > 9)
+    // The longest reference read here is "&#x10FFFF;": looking no further
+    // keeps a text of many "&" and no ";" from being scanned again and again.
+    const qsizetype semicolon = m_text.sliced(m_at, std::min<qsizetype>(11, m_text.size() - m_at)).indexOf(u';');
+    if (semicolon < 0)
         return false;
-    const QStringView name = m_text.sliced(m_at + 1, semicolon - m_at - 1);
+    const QStringView name = m_text.sliced(m_at + 1, semicolon - 1);
     static constexpr struct { QStringView name; char16_t c; } kNamed[] = {
         {u"lt", u'<'}, {u"gt", u'>'}, {u"amp", u'&'}, {u"quot", u'"'}, {u"apos", u'\''}};
     char32_t code = 0;
@@ -234,37 +231,37 @@ bool CDataSetXmlScanner::Reference(QString& text)
             ok = true;
         }
     }
-    if (!ok && name.startsWith(u"#x") && name.size() > 2)
-        code = name.sliced(2).toUInt(&ok, 16);
-    else if (!ok && name.startsWith(u"#") && name.size() > 1 && name[1].isDigit())
-        code = name.sliced(1).toUInt(&ok, 10);
-    // toUInt takes signs and blanks that XML does not.
-    for (QChar c : name.sliced(name.startsWith(u"#x") ? 2 : name.startsWith(u"#") ? 1 : 0))
-        ok = ok && (c.isLetterOrNumber() && c.unicode() < 0x80);
-    if (!ok || !IsXmlChar(code))
+    if (!ok && name.startsWith(u'#'))
+    {
+        // Digits only: toUInt would also take signs and blanks.
+        const bool hex = name.startsWith(u"#x");
+        const QStringView digits = name.sliced(hex ? 2 : 1);
+        ok = !digits.isEmpty() && std::all_of(digits.begin(), digits.end(), [hex](QChar c) {
+            return c.unicode() < 0x80 && (hex ? std::isxdigit(c.unicode()) : std::isdigit(c.unicode()));
+        });
+        if (ok)
+            code = digits.toUInt(&ok, hex ? 16 : 10);
+    }
+    if (!ok || !CDataSetXmlCodec::IsXmlChar(code))
         return false;
     text += QString::fromUcs4(&code, 1);
-    m_at = semicolon + 1;
+    m_at += semicolon + 1;
     return true;
 }
 
 bool CDataSetXmlScanner::Character(QString& text)
 {
-    const char16_t c = m_text[m_at].unicode();
-    if (QChar::isHighSurrogate(c))
+    char32_t code = m_text[m_at].unicode();
+    qsizetype units = 1;
+    if (QChar::isHighSurrogate(code) && m_at + 1 < m_text.size() && m_text[m_at + 1].isLowSurrogate())
     {
-        if (m_at + 1 >= m_text.size() || !m_text[m_at + 1].isLowSurrogate())
-            return false;
-        const char32_t code = QChar::surrogateToUcs4(c, m_text[m_at + 1].unicode());
-        if (!IsXmlChar(code))
-            return false;
-        text.append(m_text.sliced(m_at, 2));
-        m_at += 2;
-        return true;
+        code = QChar::surrogateToUcs4(m_text[m_at].unicode(), m_text[m_at + 1].unicode());
+        units = 2;
     }
-    if (QChar::isLowSurrogate(c) || !IsXmlChar(c))
+    // A surrogate left alone is no character at all.
+    if (!CDataSetXmlCodec::IsXmlChar(code))
         return false;
-    text.append(QChar(c));
-    ++m_at;
+    text.append(m_text.sliced(m_at, units));
+    m_at += units;
     return true;
 }
